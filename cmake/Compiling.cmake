@@ -1,0 +1,28 @@
+# Flags that every target of the project shares, and those of the library's own sources.
+
+add_library(zrcfg_flags INTERFACE)
+target_compile_options(zrcfg_flags INTERFACE -Wall -Wextra -Wconversion -Wshadow)
+target_compile_definitions(zrcfg_flags INTERFACE _GNU_SOURCE _FILE_OFFSET_BITS=64)
+target_include_directories(zrcfg_flags INTERFACE ${PROJECT_SOURCE_DIR}
+                                                 ${PROJECT_SOURCE_DIR}/include)
+if(ZRCFG_WERROR)
+  target_compile_options(zrcfg_flags INTERFACE -Werror)
+endif()
+
+add_library(zrcfg_sanitizers INTERFACE)
+if(ZRCFG_SANITIZE)
+  target_compile_options(zrcfg_sanitizers INTERFACE -fsanitize=${ZRCFG_SANITIZE}
+                                                    -fno-sanitize-recover=all
+                                                    -fno-omit-frame-pointer)
+  target_link_options(zrcfg_sanitizers INTERFACE -fsanitize=${ZRCFG_SANITIZE})
+endif()
+
+# The library lives without the C++ runtime; symbols are hidden unless marked, and its calls to its
+# own exported functions cannot be taken over by a client's function of the same name.
+add_library(zrcfg_library_flags INTERFACE)
+target_compile_options(
+  zrcfg_library_flags
+  INTERFACE $<$<COMPILE_LANGUAGE:CXX>:-fno-exceptions -fno-rtti -fno-threadsafe-statics>
+            -fvisibility=hidden -ffunction-sections -fdata-sections)
+target_link_options(zrcfg_library_flags INTERFACE -Wl,-Bsymbolic-functions -Wl,--gc-sections
+                    -Wl,--as-needed -Wl,-z,defs -Wl,-z,relro)

@@ -1,0 +1,30 @@
+# libzrcfg.so from the sources of its folders.
+
+set(ZRCFG_LIBRARY_SOURCES
+    core/object_image.cpp
+    core/object_path.cpp
+    core/property_load.cpp
+    core/single_value.cpp
+    core/single_value_calls.cpp
+    core/store_file.cpp
+    core/value_section.cpp
+    core/visibility.cpp
+    lock/lock_file.cpp
+    lock/object_lock.cpp)
+list(TRANSFORM ZRCFG_LIBRARY_SOURCES PREPEND ${PROJECT_SOURCE_DIR}/)
+
+# Defines a shared library of those sources; further arguments are libraries to compile with.
+function(zrcfg_define_library target)
+  add_library(${target} SHARED ${ZRCFG_LIBRARY_SOURCES})
+  target_link_libraries(${target} PRIVATE zrcfg_flags zrcfg_library_flags zrlogmgr ${ARGN})
+  target_include_directories(
+    ${target} INTERFACE $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include>
+                        $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
+  target_compile_definitions(${target} INTERFACE _FILE_OFFSET_BITS=64)
+  # Linking as C keeps the C++ runtime out of the library's dependencies.
+  set_target_properties(${target} PROPERTIES LINKER_LANGUAGE C)
+endfunction()
+
+zrcfg_define_library(zrcfg zrcfg_sanitizers)
+set_target_properties(zrcfg PROPERTIES VERSION ${ZRCFG_VERSION} SOVERSION ${ZRCFG_SOVERSION})
+add_library(zrcfg::zrcfg ALIAS zrcfg)

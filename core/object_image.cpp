@@ -1,0 +1,139 @@
+// Opening an object under its lock and closing it again.
+#include "core/object_image.h"
+
+#include <fcntl.h>
+#include <string.h>
+#include <unistd.h>
+
+#include "core/export.h"
+#include "core/store_file.h"
+#include "core/trace.h"
+#include "lock/object_lock.h"
+
+namespace zrcfg {
+namespace {
+
+// Takes the lock that `rw_type` asks for; `lock` receives the locked file's path.
+bool lock_object(OpenObject &object, const char *dir_path, uint32_t rw_type, int timeout,
+                 LockFile &lock) {
+  lock.path[0] = '\0';
+  if (timeout == ZRCFG_NO_LOCK) {
+    ZRCFG_TRACE("no need to be locked.\n");
+    return true;
+  }
+  char lock_path[kFilePathSize];
+  const char *const suffix = rw_type == ZRCFG_LOCK_TEMPLATE ? "0/" : "";
+  if (join_path(lock_path, sizeof lock_path, dir_path, suffix) &&
+      take_object_lock(lock_path, lock, &object.lock_fd, timeout, rw_type) == 0) {
+    return true;
+  }
+  ZRCFG_TRACE("getLock fail!\n");
+  return false;
+}
+
+// Reads the property file of `dir_path`. A file that opens at once exists; otherwise the existence
+// test and the opening are made one by one for the sake of their results and texts.
+uint32_t open_and_load(OpenObject &object, const char *dir_path, Access access,
+                       const LockFile &lock) {
+  char path[kFilePathSize];
+  if (!join_path(path, sizeof path, dir_path, kPropertyFileName)) {
+    ZRCFG_TRACE("getPropertyFile() fail!\n");
+    return ZRCFG_E_NO_FILE;
+  }
+  // A reader whose lock file is the property file itself reads through the lock's descriptor.
+  const bool through_lock = access == Access::kRead && strcmp(path, lock.path) == 0;
+  if (through_lock || object.file.open(path, access)) {
+    ZRCFG_TRACE("property_file=%s exist!", path);
+    ZRCFG_TRACE("property_file = %s\n", path);
+  } else {
+    if (getPropertyFile(dir_path, path) != ZRCFG_OK) {
+      ZRCFG_TRACE("getPropertyFile() fail!\n");
+      return ZRCFG_E_NO_FILE;
+    }
+    ZRCFG_TRACE("property_file = %s\n", path);
+    if (!object.file.open(path, access)) {
+      ZRCFG_TRACE("unable to open %s file\n", path);
+      return ZRCFG_E_NO_FILE;
+    }
+  }
+  const int fd = through_lock ? object.lock_fd : object.file.fd;
+  const uint32_t result = load_object(fd, dir_path, object.loaded);
+  if (access == Access::kRead || result != ZRCFG_OK) {
+    object.file.close();
+  }
+  return result;
+}
+
+}  // namespace
+
+bool PropertyFd::open(const char *path, Access access) {
+  if (access == Access::kWrite) {
+    fd = open_store_file(path, O_RDWR);
+    writable = fd != -1;
+  }
+  if (!writable) {
+    fd = open_store_file(path, O_RDONLY);
+  }
+  return fd != -1;
+}
+
+void PropertyFd::close() {
+  if (fd != -1) {
+    (void)::close(fd);  // The store never relies on what a close may still report.
+  }
+  fd = -1;
+  writable = false;
+}
+
+uint32_t open_object(OpenObject &object, const char *dir_path, uint32_t rw_type, int timeout,
+                     Access access) {
+  LockFile lock;
+  uint32_t result = ZRCFG_E_LOCK;
+  if (lock_object(object, dir_path, rw_type, timeout, lock)) {
+    result = open_and_load(object, dir_path, access, lock);
+  }
+  if (result != ZRCFG_OK) {
+    (void)releaseLock(object.lock_fd);  // The failure that led here is what the caller learns.
+    object.lock_fd = -1;
+  }
+  return result;
+}
+
+void close_object(OpenObject &object) {
+  object.file.close();
+  (void)destroyObj(object.loaded.image, object.lock_fd);  // Always 0.
+}
+
+}  // namespace zrcfg
+
+using namespace zrcfg;
+
+extern "C" {
+
+ZRCFG_EXPORT uint32_t createObjByPath(ZrcfgObject **image, const char *dirPath, int *lockFd,
+                                      uint32_t rwType, int timeout) {
+  if (dirPath == nullptr) {
+    ZRCFG_TRACE("object can't be NULL!\n");
+    return ZRCFG_E_LOCK_TYPE;
+  }
+  if (image == nullptr || lockFd == nullptr) {
+    return ZRCFG_E_ARGUMENT;
+  }
+  OpenObject object;
+  const uint32_t result = open_object(object, dirPath, rwType, timeout, Access::kRead);
+  if (timeout != ZRCFG_NO_LOCK) {
+    *lockFd = object.lock_fd;
+  }
+  if (result == ZRCFG_OK) {
+    *image = object.loaded.image;
+  }
+  return result;
+}
+
+ZRCFG_EXPORT uint32_t destroyObj(ZrcfgObject *image, int lockFd) {
+  free_image(static_cast<ObjectImage *>(image));
+  (void)releaseLock(lockFd);  // The object is closed whatever the unlocking says.
+  return ZRCFG_OK;
+}
+
+}  // extern "C"

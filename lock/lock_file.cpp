@@ -1,0 +1,134 @@
+// The choice of the lock file: the property file of the outermost template instance on the path.
+#include "lock/lock_file.h"
+
+#include <fcntl.h>
+#include <stddef.h>
+#include <string.h>
+#include <unistd.h>
+
+#include "core/export.h"
+#include "core/property_file.h"
+#include "core/store_file.h"
+#include "core/trace.h"
+#include "lock/object_lock.h"
+#include "zrcfg.h"
+
+namespace zrcfg {
+namespace {
+
+constexpr size_t kNone = static_cast<size_t>(-1);
+constexpr char kTemplateSegment[] = "0/";
+// The longest object path: a directory path with the template segment behind it.
+constexpr size_t kMaxObjectPath = kUrlSize - 1 + sizeof(kTemplateSegment) - 1;
+static_assert(kMaxObjectPath + sizeof(kPropertyFileName) <= kFilePathSize);
+
+bool is_digit_char(char c) {
+  return c >= '0' && c <= '9';
+}
+
+// The position of the first segment at or behind `from` that is an instance number with a "/" on
+// both sides, or kNone.
+size_t next_instance_number(const char *path, size_t from) {
+  const size_t start = from == 0 ? 1 : from;  // The first segment is never an instance number.
+  for (size_t i = start; path[i - 1] != '\0' && path[i] != '\0'; ++i) {
+    if (path[i - 1] != '/' || !is_digit_char(path[i])) {
+      continue;
+    }
+    size_t end = i;
+    while (is_digit_char(path[end])) {
+      ++end;
+    }
+    if (path[end] == '/') {
+      return i;
+    }
+  }
+  return kNone;
+}
+
+// Writes the path up to `position` with the template's number in place of the instance's.
+void template_dir(const char *path, size_t position, char *out) {
+  memcpy(out, path, position);
+  memcpy(out + position, kTemplateSegment, sizeof kTemplateSegment);
+}
+
+// Opens the property file of `dir` read-only, its path in `file`; -1 when it cannot be opened.
+int open_property_of(const char *dir, char *file) {
+  if (!join_path(file, kFilePathSize, dir, kPropertyFileName)) {
+    return -1;
+  }
+  return open_store_file(file, O_RDONLY);
+}
+
+// The lock directory of `obj_path`, in `dir`. When `opened` is given, a directory is first tried by
+// opening its property file, which answers for both and leaves the descriptor there.
+void choose_lock_dir(const char *obj_path, char *dir, int *opened) {
+  for (size_t at = next_instance_number(obj_path, 0); at != kNone;
+       at = next_instance_number(obj_path, at + 1)) {
+    template_dir(obj_path, at, dir);
+    if (opened != nullptr) {
+      char file[kFilePathSize];
+      *opened = open_property_of(dir, file);
+    }
+    if ((opened != nullptr && *opened != -1) || isDirExist(dir) == 1) {
+      ZRCFG_TRACE("getLockPath() path=%s exist!\n", dir);
+      return;
+    }
+  }
+  memcpy(dir, obj_path, strlen(obj_path) + 1);
+}
+
+// The lock file of `obj_path`; `opened` as in choose_lock_dir.
+bool find_lock_file(const char *obj_path, char *file, int *opened) {
+  ZRCFG_TRACE("getLockFile() objPath=%s!\n", obj_path);
+  if (strlen(obj_path) <= kMaxObjectPath) {
+    char dir[kFilePathSize];
+    choose_lock_dir(obj_path, dir, opened);
+    (void)join_path(file, kFilePathSize, dir, kPropertyFileName);  // Fits: asserted above.
+    if (opened != nullptr && *opened == -1) {
+      *opened = open_store_file(file, O_RDONLY);
+    }
+    if (opened != nullptr && *opened != -1) {
+      return true;
+    }
+    if (ACCESS(file, F_OK) == 0 || getPropertyFile(obj_path, file) == ZRCFG_OK) {
+      return true;
+    }
+  }
+  ZRCFG_TRACE("getLockFile() can not found file!\n");
+  return false;
+}
+
+}  // namespace
+
+bool open_lock_file(const char *obj_path, char *file, int *opened) {
+  *opened = -1;
+  return find_lock_file(obj_path, file, opened);
+}
+
+}  // namespace zrcfg
+
+using namespace zrcfg;
+
+extern "C" {
+
+ZRCFG_EXPORT int getLockPath(const char *objPath, char *lockDir) {
+  if (objPath == nullptr || lockDir == nullptr) {
+    return 0;
+  }
+  if (strlen(objPath) > kMaxObjectPath) {
+    memcpy(lockDir, objPath, kMaxObjectPath);
+    lockDir[kMaxObjectPath] = '\0';
+    return 0;
+  }
+  choose_lock_dir(objPath, lockDir, nullptr);
+  return 0;
+}
+
+ZRCFG_EXPORT int getLockFile(const char *objPath, char *lockFile) {
+  if (objPath == nullptr || lockFile == nullptr) {
+    return -1;
+  }
+  return find_lock_file(objPath, lockFile, nullptr) ? 0 : -1;
+}
+
+}  // extern "C"
