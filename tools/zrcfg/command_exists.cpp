@@ -1,0 +1,21 @@
+// exists URL: tells by the exit code whether an object exists.
+#include "tools/zrcfg/command.h"
+#include "tools/zrcfg/report.h"
+#include "zrcfg.h"
+
+namespace zrcfg_tool {
+
+int run_exists(const Options &, const Arguments &arguments) {
+  if (arguments.count != 1) {
+    complain("exists takes one URL");
+    return kExitUsage;
+  }
+  const uint32_t result = CheckObjExist(arguments.values[0]);
+  if (result == ZRCFG_OK) {
+    return kExitOk;
+  }
+  report_refusal("exists", arguments.values[0], "", result);
+  return kExitRefused;
+}
+
+}  // namespace zrcfg_tool

@@ -1,0 +1,122 @@
+// zrcfg: the command line of the configuration store.
+#include <stdio.h>
+#include <string.h>
+
+#include "tools/zrcfg/command.h"
+#include "tools/zrcfg/options.h"
+#include "tools/zrcfg/report.h"
+
+namespace zrcfg_tool {
+namespace {
+
+constexpr Command kCommands[] = {
+    {"get", "PATH...", "prints the value of each parameter, one a line; --names prints PATH=VALUE",
+     run_get},
+    {"set", "PATH=VALUE...",
+     "sets parameters in this order; all arguments are checked before the first is set, and the\n"
+     "first refusal ends it; only the first = splits",
+     run_set},
+    {"exists", "URL", "exits with 0 when the object exists, else with 1", run_exists},
+};
+
+void print_indented(const char *text) {
+  fputs("      ", stdout);
+  for (; *text != '\0'; ++text) {
+    putchar(*text);
+    if (*text == '\n') {
+      fputs("      ", stdout);
+    }
+  }
+  putchar('\n');
+}
+
+void print_command(const Command &command) {
+  printf("  zrcfg [OPTION...] %s %s\n", command.name, command.arguments);
+  print_indented(command.description);
+}
+
+void print_help(const Command *only) {
+  puts("Reads and changes the configuration store below /var/.\n\nUsage:");
+  for (const Command &command : kCommands) {
+    if (only == nullptr || only == &command) {
+      print_command(command);
+    }
+  }
+  puts(
+      "\nPATH is a full parameter path such as InternetGatewayDevice.DeviceInfo.SoftwareVersion,\n"
+      "URL an object's path with its final dot.\n\n"
+      "Options:\n"
+      "  -t, --timeout MS  how long to wait for the object's lock (default 3000); 0 tries once,\n"
+      "                    -1 waits without limit, -2 takes no lock; 1 to 9 are refused\n"
+      "  -n, --names       get: print PATH=VALUE\n"
+      "  -h, --help        print this help, or that of a command\n"
+      "  -V, --version     print the version\n\n"
+      "Exit codes: 0 done; 1 refused by the store, with its code and meaning on standard error;\n"
+      "2 wrong usage.");
+}
+
+const Command *find_command(const char *name) {
+  for (const Command &command : kCommands) {
+    if (strcmp(command.name, name) == 0) {
+      return &command;
+    }
+  }
+  return nullptr;
+}
+
+int wrong_usage() {
+  fputs("Try 'zrcfg --help'.\n", stderr);
+  return kExitUsage;
+}
+
+int run(int argc, char **argv) {
+  Options options;
+  const int command_at = parse_options(argc, argv, true, options);
+  if (command_at == -1) {
+    return wrong_usage();
+  }
+  if (options.version) {
+    puts("zrcfg " ZRCFG_VERSION);
+    return kExitOk;
+  }
+  if (options.help) {
+    print_help(nullptr);
+    return kExitOk;
+  }
+  if (command_at == argc) {
+    complain("no command given");
+    return wrong_usage();
+  }
+  const Command *const command = find_command(argv[command_at]);
+  if (command == nullptr) {
+    complain("no command '%s'", argv[command_at]);
+    return wrong_usage();
+  }
+  char **const rest = argv + command_at;
+  const int rest_count = argc - command_at;
+  const int first = parse_options(rest_count, rest, false, options);
+  if (first == -1) {
+    return wrong_usage();
+  }
+  if (options.help) {
+    print_help(command);
+    return kExitOk;
+  }
+  if (first == rest_count) {
+    complain("%s takes %s", command->name, command->arguments);
+    return wrong_usage();
+  }
+  return command->run(options, {rest_count - first, rest + first});
+}
+
+}  // namespace
+}  // namespace zrcfg_tool
+
+int main(int argc, char **argv) {
+  const int exit_code = zrcfg_tool::run(argc, argv);
+  if (fflush(stdout) != 0 || ferror(stdout) != 0) {
+    zrcfg_tool::complain("cannot write to standard output");
+    return zrcfg_tool::kExitRefused;
+  }
+  return exit_code;
+}

@@ -1,0 +1,21 @@
+// The options that every subcommand understands.
+#ifndef ZRCFG_TOOLS_ZRCFG_OPTIONS_H_
+#define ZRCFG_TOOLS_ZRCFG_OPTIONS_H_
+
+namespace zrcfg_tool {
+
+struct Options {
+  int timeout = 3000;  // Milliseconds, as the library takes them.
+  bool names = false;
+  bool help = false;
+  bool version = false;
+};
+
+// Reads options from argv[1] on and moves other arguments behind them; with `stop_at_argument` it
+// stops at the first other argument instead. Returns the index of the first argument left, or -1
+// after reporting what is wrong.
+int parse_options(int argc, char **argv, bool stop_at_argument, Options &options);
+
+}  // namespace zrcfg_tool
+
+#endif  // ZRCFG_TOOLS_ZRCFG_OPTIONS_H_

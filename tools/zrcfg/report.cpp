@@ -1,0 +1,68 @@
+// What the command line says on standard error.
+#include "tools/zrcfg/report.h"
+
+#include <stdarg.h>
+#include <stdio.h>
+
+#include "zrcfg.h"
+
+namespace zrcfg_tool {
+namespace {
+
+struct Meaning {
+  uint32_t result;
+  const char *text;
+};
+
+constexpr Meaning kMeanings[] = {
+    {ZRCFG_OK, "done"},
+    {ZRCFG_E_NOT_FOUND, "no such object, or its URL is too long"},
+    {ZRCFG_E_NOT_DYNAMIC, "not a table of that kind, or its template is missing"},
+    {ZRCFG_E_LIMIT, "instance limit reached, or the instance exists already"},
+    {ZRCFG_E_NO_PARAMETER, "no such parameter"},
+    {ZRCFG_E_NO_VALUES, "the object has no parameters"},
+    {ZRCFG_E_FILE, "the property file cannot be read or written, or the value is not allowed"},
+    {ZRCFG_E_NO_FILE, "the object has no property file"},
+    {ZRCFG_E_LOCK, "lock not obtained in time"},
+    {ZRCFG_E_ARGUMENT, "the property file is damaged: records and values do not match"},
+    {ZRCFG_E_LOCK_TYPE, "invalid lock type"},
+    {ZRCFG_E_NO_ATTRIBUTE, "no such parameter"},
+    {ZRCFG_E_EMPTY_PATH, "empty object path"},
+    {ZRCFG_E_LIST_TOO_LONG, "request list too long"},
+    {ZRCFG_E_MEMORY, "out of memory, or the values do not fit"},
+    {ZRCFG_E_NO_ATTRIBUTES, "the object has no parameters"},
+    {ZRCFG_E_COPY, "copying the instance failed"},
+    {ZRCFG_E_REMOVE, "removing the instance failed"},
+    {ZRCFG_E_FAILED, "failed"},
+};
+
+}  // namespace
+
+void complain(const char *format, ...) {
+  fputs("zrcfg: ", stderr);
+  va_list arguments;
+  va_start(arguments, format);
+  vfprintf(stderr, format, arguments);
+  va_end(arguments);
+  fputc('\n', stderr);
+}
+
+const char *meaning_of(uint32_t result) {
+  for (const Meaning &meaning : kMeanings) {
+    if (meaning.result == result) {
+      return meaning.text;
+    }
+  }
+  return "unknown result";
+}
+
+void report_refusal(const char *command, const char *url, const char *name, uint32_t result) {
+  // Where no file lies there is no lock either, so both codes may just mean a missing object.
+  const bool may_be_missing = result == ZRCFG_E_LOCK || result == ZRCFG_E_NO_FILE;
+  const char *const meaning = may_be_missing && CheckObjExist(url) == ZRCFG_E_NOT_FOUND
+                                  ? "no such object"
+                                  : meaning_of(result);
+  complain("%s %s%s: refused with %d: %s", command, url, name, static_cast<int>(result), meaning);
+}
+
+}  // namespace zrcfg_tool
