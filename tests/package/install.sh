@@ -1,0 +1,16 @@
+#!/usr/bin/env bash
+# Builds the release configuration and installs it into the stage that the other tests look at.
+set -euo pipefail
+rm -rf "$STAGE"
+cmake -S "$SOURCE_DIR" -B "$WORK_DIR/build" -G Ninja -DCMAKE_BUILD_TYPE=Release \
+  -DCMAKE_INSTALL_PREFIX="$STAGE" -DCMAKE_INSTALL_LIBDIR="${LIBDIR#"$STAGE"/}" \
+  -DZRCFG_HOST_TOOLS=OFF -DZRCFG_TESTS=OFF -DZRCFG_WERROR=ON
+cmake --build "$WORK_DIR/build"
+cmake --install "$WORK_DIR/build"
+
+for file in bin/zrcfg include/zrcfg.h; do
+  test -f "$STAGE/$file" || { echo "not installed: $file"; exit 1; }
+done
+for file in libzrcfg.so libzrlogmgr.so pkgconfig/zrcfg.pc cmake/zrcfg/zrcfgConfig.cmake; do
+  test -e "$LIBDIR/$file" || { echo "not installed: $file"; exit 1; }
+done

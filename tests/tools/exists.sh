@@ -1,0 +1,18 @@
+# zrcfg exists
+. "$(dirname "$0")/common.sh"
+make_object A/B First=one
+mkdir /var/Bare
+
+run exists A.B.
+expect "object" "$out/$err/$status" "//0"
+run exists A.
+expect "directory without property file" "$status" "0"
+run exists Bare.
+expect "bare directory" "$status" "0"
+run exists A.C.
+expect "missing" "$err/$status" "zrcfg: exists A.C.: refused with 1: no such object, or its URL is too long/1"
+run exists "$(printf 'x%.0s' $(seq 255))."
+expect "URL of 256 characters" "$status" "1"
+run exists A. B.
+expect "one URL only" "$err/$status" "zrcfg: exists takes one URL/2"
+finish
