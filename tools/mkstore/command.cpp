@@ -1,0 +1,175 @@
+// The command line of zrcfg-mkstore.
+#include "tools/mkstore/command.h"
+
+#include <signal.h>
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <chrono>
+#include <cstring>
+#include <iomanip>
+#include <ostream>
+#include <sstream>
+
+#include "tools/mkstore/atomic_tree.h"
+#include "tools/mkstore/build_error.h"
+#include "tools/mkstore/list_file.h"
+#include "tools/mkstore/model_document.h"
+#include "tools/mkstore/property_writer.h"
+#include "tools/mkstore/store_plan.h"
+
+namespace zrcfg::mkstore {
+
+namespace {
+
+constexpr char kProgram[] = "zrcfg-mkstore";
+
+struct Options {
+  std::string model_file;
+  std::string model_name;
+  std::string instances_file;
+  std::string values_file;
+  std::string attributes_file;
+  std::string output;
+};
+
+struct Totals {
+  size_t objects = 0;
+  size_t tables = 0;
+  size_t parameters = 0;
+  size_t files = 0;
+  size_t bytes = 0;
+};
+
+volatile sig_atomic_t interrupted = 0;
+
+void note_interruption(int) {
+  interrupted = 1;
+}
+
+// Turns the signals that users end programs with into an orderly failure, so that the unfinished
+// tree is removed; the former handlers come back at the end.
+struct InterruptionGuard {
+  static constexpr int kSignals[] = {SIGINT, SIGTERM, SIGHUP};
+  struct sigaction former[3] = {};
+
+  InterruptionGuard() {
+    interrupted = 0;
+    struct sigaction action = {};
+    action.sa_handler = note_interruption;
+    for (size_t i = 0; i < 3; ++i) {
+      (void)sigaction(kSignals[i], &action, &former[i]);  // Cannot fail for these signals.
+    }
+  }
+  ~InterruptionGuard() {
+    for (size_t i = 0; i < 3; ++i) {
+      (void)sigaction(kSignals[i], &former[i], nullptr);
+    }
+  }
+  InterruptionGuard(const InterruptionGuard &) = delete;
+  InterruptionGuard &operator=(const InterruptionGuard &) = delete;
+};
+
+std::string directory_of(const std::string &url) {
+  std::string path = url;
+  std::replace(path.begin(), path.end(), '.', '/');
+  return path;
+}
+
+void count_model(const Model &model, Totals &totals) {
+  for (const Object &object : model.objects) {
+    totals.objects += object.implied ? 0 : 1;
+    totals.tables += object.is_table && !object.implied ? 1 : 0;
+    totals.parameters += object.parameters.size();
+  }
+}
+
+Totals build_store(const Options &options, std::vector<std::string> &warnings) {
+  const Model model = load_model(options.model_file, options.model_name, warnings);
+  Settings settings;
+  if (!options.instances_file.empty()) {
+    read_instances_file(options.instances_file, model, settings);
+  }
+  if (!options.values_file.empty()) {
+    read_values_file(options.values_file, model, settings);
+  }
+  if (!options.attributes_file.empty()) {
+    read_attributes_file(options.attributes_file, model, settings);
+  }
+  Totals totals;
+  count_model(model, totals);
+  const InterruptionGuard guard;
+  const std::vector<Placement> placements = plan_store(model, settings);
+  AtomicTree tree(options.output);
+  for (const Placement &placement : placements) {
+    const std::string directory = directory_of(placement.url);
+    const std::string bytes = property_file(model, settings, placement);
+    make_directory(tree, directory);
+    write_file(tree, directory + kPropertyFileName, bytes);
+    ++totals.files;
+    totals.bytes += bytes.size();
+    if (interrupted != 0) {
+      fail(options.output, "interrupted");
+    }
+  }
+  publish(tree);
+  return totals;
+}
+
+void describe_options(CLI::App &app, Options &options) {
+  app.add_option("--model", options.model_file, "Data model document, in its flattened form")
+      ->type_name("FILE")
+      ->required();
+  app.add_option("--model-name", options.model_name, "Model of the document, if it has several")
+      ->type_name("NAME");
+  app.add_option("--instances", options.instances_file, "Instance URLs to make, one a line")
+      ->type_name("FILE");
+  app.add_option("--values", options.values_file, "Lines of full.parameter.path=value")
+      ->type_name("FILE");
+  app.add_option("--attributes", options.attributes_file, "Lines of PATH NAME=VALUE")
+      ->type_name("FILE");
+  app.add_option("OUTDIR", options.output, "Directory that becomes the store's root")
+      ->type_name("")
+      ->required();
+  app.set_version_flag("--version", std::string(kProgram) + " " + ZRCFG_MKSTORE_VERSION);
+  app.footer("Exit codes: 0 done, 1 input refused or output not written, 2 usage.");
+}
+
+std::string summary(const Totals &totals, double seconds) {
+  std::ostringstream text;
+  text << totals.objects << " objects, " << totals.tables << " tables, " << totals.parameters
+       << " parameters; " << totals.files << " files, " << totals.bytes << " bytes, " << std::fixed
+       << std::setprecision(3) << seconds << " seconds";
+  return text.str();
+}
+
+}  // namespace
+
+int run_command(const std::vector<std::string> &arguments, std::ostream &out, std::ostream &err) {
+  const auto start = std::chrono::steady_clock::now();
+  Options options;
+  CLI::App app("Compiles a data model document into a store tree.", kProgram);
+  describe_options(app, options);
+  try {
+    app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));  // Read backwards.
+  } catch (const CLI::ParseError &error) {
+    return app.exit(error, out, err) == 0 ? kExitDone : kExitUsage;
+  }
+  try {
+    std::vector<std::string> warnings;
+    const Totals totals = build_store(options, warnings);
+    for (const std::string &warning : warnings) {
+      err << kProgram << ": warning: " << options.model_file << ": " << warning << "\n";
+    }
+    const std::chrono::duration<double> taken = std::chrono::steady_clock::now() - start;
+    out << summary(totals, taken.count()) << "\n";
+    return kExitDone;
+  } catch (const BuildError &error) {
+    err << kProgram << ": " << error.text << "\n";
+  } catch (const std::exception &error) {
+    err << kProgram << ": " << options.output << ": " << error.what() << "\n";
+  }
+  return kExitRefused;
+}
+
+}  // namespace zrcfg::mkstore

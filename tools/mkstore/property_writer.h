@@ -1,0 +1,21 @@
+// The bytes of one property file.
+#ifndef ZRCFG_TOOLS_MKSTORE_PROPERTY_WRITER_H_
+#define ZRCFG_TOOLS_MKSTORE_PROPERTY_WRITER_H_
+
+#include <string>
+
+#include "core/property_file.h"
+#include "tools/mkstore/store_plan.h"
+
+namespace zrcfg::mkstore {
+
+// The header of the placement's file: what the model says, then what the attributes file says.
+ObjectHeader object_header(const Model &model, const Settings &settings,
+                           const Placement &placement);
+
+// The whole file.
+std::string property_file(const Model &model, const Settings &settings, const Placement &placement);
+
+}  // namespace zrcfg::mkstore
+
+#endif  // ZRCFG_TOOLS_MKSTORE_PROPERTY_WRITER_H_
