@@ -89,6 +89,10 @@ using zrcfg::RootedPath;
 extern "C" {
 
 ZRCFG_EXPORT FILE *FOPEN(const char *path, const char *mode) {
+  if (mode == nullptr) {
+    errno = EINVAL;
+    return nullptr;
+  }
   const RootedPath rooted(path);
   return rooted.ok ? fopen(rooted.text, mode) : nullptr;
 }

@@ -1,0 +1,28 @@
+# Installing what a script needs, on Debian; sourced by the scripts beside this folder.
+
+build_packages="g++ gcc cmake ninja-build pkg-config libpugixml-dev libcli11-dev bubblewrap proot perl util-linux"
+test_packages="libgtest-dev libgmock-dev python3 valgrind"
+
+# need_packages NAME...: installs those that are missing, with sudo when not root.
+need_packages() {
+  local name missing=() as_root=()
+  for name in "$@"; do
+    [ "$(dpkg-query -W -f '${db:Status-Status}' "$name" 2>/dev/null)" = installed ] || missing+=("$name")
+  done
+  [ ${#missing[@]} -gt 0 ] || return 0
+  if [ "$(id -u)" -ne 0 ]; then
+    if ! command -v sudo >/dev/null; then
+      echo "$0: missing packages, and neither root nor sudo; as root: apt-get install ${missing[*]}" >&2
+      exit 1
+    fi
+    as_root=(sudo)
+  fi
+  echo "installing: ${missing[*]}"
+  "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get update -q >/dev/null ||
+    echo "$0: apt-get update failed, going on with the package lists at hand" >&2
+  "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
+    apt-get install -q -y --no-install-recommends "${missing[@]}" >/dev/null || {
+    echo "$0: apt-get install ${missing[*]} failed" >&2
+    exit 1
+  }
+}

@@ -1,0 +1,49 @@
+# The quick start's session, run inside a private /var that holds the example store.
+set -euo pipefail
+zrcfg=$1
+device=InternetGatewayDevice.DeviceInfo
+wlan=InternetGatewayDevice.LANDevice.1.WLANConfiguration.1
+file=/var/$(tr . / <<<"$wlan")/property.conf
+lock=/var/InternetGatewayDevice/LANDevice/0/property.conf
+
+show() {
+  echo "\$ zrcfg $*"
+  "$zrcfg" "$@"
+}
+
+echo
+echo "== reading values"
+show get --names $device.Manufacturer $device.ModelName $device.SoftwareVersion
+show get InternetGatewayDevice.WANDevice.1.WANConnectionNumberOfEntries
+
+echo
+echo "== setting one and reading it back"
+show get $wlan.SSID
+show set $wlan.SSID="Quick start"
+show get $wlan.SSID
+
+echo
+echo "== setting it again: an equal value is not written"
+sleep 0.05
+before=$(stat -c 'modified %y' "$file")
+show set $wlan.SSID="Quick start"
+after=$(stat -c 'modified %y' "$file")
+echo "before: $before"
+echo "after:  $after"
+[ "$before" = "$after" ]
+
+echo
+echo "== another process holds the lock for a second"
+flock "$lock" -c 'touch /var/held; sleep 1' &
+until [ -e /var/held ]; do sleep 0.01; done
+rm /var/held
+echo "\$ zrcfg --timeout 100 set $wlan.Channel=6"
+if "$zrcfg" --timeout 100 set $wlan.Channel=6 2>&1; then
+  echo "the lock was not respected" >&2
+  exit 1
+fi
+start=$(date +%s%N)
+show --timeout 5000 set $wlan.Channel=6
+echo "done after $((($(date +%s%N) - start) / 1000000)) ms, when the lock was free"
+wait
+show get $wlan.Channel
