@@ -95,6 +95,18 @@ ObjectSettings &settings_at(Settings &settings, const Address &address, const Pl
   return found->second;
 }
 
+// Numbers of several digits make paths longer than the template's. Throws std::string.
+void check_path_length(const Object &object, const std::string &url) {
+  std::string longest;
+  for (const Parameter &parameter : object.parameters) {
+    longest = parameter.name.size() > longest.size() ? parameter.name : longest;
+  }
+  if (url.size() + longest.size() > kMaxPathLength) {
+    throw url + longest + ": the path has " + std::to_string(url.size() + longest.size()) +
+        " characters, more than " + std::to_string(kMaxPathLength);
+  }
+}
+
 // Asks for every instance along the path; templates are there anyway.
 void want_instances(const Model &model, const Address &instance, const Place &place,
                     Settings &settings) {
@@ -126,6 +138,7 @@ void read_instances_file(const std::string &file, const Model &model, Settings &
     if (address.numbers.back() == 0) {
       throw url + " is a template, which is always made";
     }
+    check_path_length(model.objects[address.object], url);
     want_instances(model, address, place, settings);
   });
 }
