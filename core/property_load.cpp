@@ -22,7 +22,11 @@ struct ImagePrefix {
 };
 static_assert(offsetof(ImagePrefix, length_word) + kLengthWordSize == sizeof(ImagePrefix));
 
-constexpr size_t kFirstReadSize = 16384;  // Holds all but the largest objects.
+// The first read takes any well-formed file whole: 255 records and values of full length. Pages
+// that a small file does not fill are never touched.
+constexpr size_t kFirstReadSize = 96u << 10;
+static_assert(kFirstReadSize >
+              kLengthWordSize + kHeaderSize + kMaxServedRecords * (kRecordSize + kValueSlotSize));
 constexpr size_t kMaxFileSize = 32u << 20;
 constexpr size_t kFileOffset = offsetof(ImagePrefix, length_word);
 
@@ -57,8 +61,8 @@ bool length_word_ok(uint32_t len) {
   return len >= kHeaderSize && len <= kMaxStructSize;
 }
 
-// Whether the bytes read hold a line for every record and end with a line, so that the end of the
-// file need not be asked for.
+// Whether the bytes read end with the last record's line, so that the end of the file need not be
+// asked for.
 bool is_complete(const Block &block) {
   const uint32_t len = block.prefix->length_word.get();
   const size_t section_at = kLengthWordSize + size_t{len};
@@ -67,17 +71,15 @@ bool is_complete(const Block &block) {
   }
   const char *at = block.file() + section_at;
   const char *const end = block.file() + block.used;
-  if (at < end && end[-1] != '\n') {
-    return false;
-  }
   for (uint32_t lines = record_count(len); lines > 0; --lines) {
-    at = static_cast<const char *>(memchr(at, '\n', static_cast<size_t>(end - at)));
-    if (at == nullptr) {
+    const char *const feed =
+        static_cast<const char *>(memchr(at, '\n', static_cast<size_t>(end - at)));
+    if (feed == nullptr || feed == at) {
       return false;
     }
-    ++at;
+    at = feed + 1;
   }
-  return true;
+  return at == end;
 }
 
 // Reads the whole file. False when it is malformed, too large or cannot be read.
