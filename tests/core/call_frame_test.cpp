@@ -218,9 +218,9 @@ TEST_F(CallFrameTest, FailedOpenIsLoggedAndReturned) {
   for (const WriteCall &call : writes()) {
     clear_log();
     EXPECT_EQ(call.run("No.", "Name", "new", 0), 9u) << call.name;
-    EXPECT_EQ(fixed_log().back(), "createObjByPath() fail ret=9!\n") << call.name;
+    EXPECT_EQ(last_fixed_log(), "createObjByPath() fail ret=9!\n") << call.name;
     EXPECT_EQ(call.run("No.", "Name", "new", ZRCFG_NO_LOCK), 8u) << call.name;
-    EXPECT_EQ(fixed_log().back(), "createObjByPath() fail ret=8!\n") << call.name;
+    EXPECT_EQ(last_fixed_log(), "createObjByPath() fail ret=8!\n") << call.name;
     expect_nothing_written(call.name);
   }
 }
@@ -322,17 +322,17 @@ TEST_F(CallFrameTest, FailedWorkIsLoggedWithTheStepAndClosesTheObject) {
   write_property(kDir, short_file);
   GuardedBuffer value;
   EXPECT_EQ(zrcfg_getsingleparamval(kUrl, "Second", value.data(), 0), 10u);
-  EXPECT_EQ(fixed_log().back(), "getSingleParamValueByParamName() fail ret=10!\n");
+  EXPECT_EQ(last_fixed_log(), "getSingleParamValueByParamName() fail ret=10!\n");
   EXPECT_EQ(zrcfg_setsingleparamval(kUrl, "Unknown", "x", 0), 5u);
-  EXPECT_EQ(fixed_log().back(), "setSingleParamValueByParamName() fail ret=5!\n");
+  EXPECT_EQ(last_fixed_log(), "setSingleParamValueByParamName() fail ret=5!\n");
   EXPECT_EQ(zrcfg_setsingleparamval_ext(kUrl, "Unknown", "x", 0, &changed_), 5u);
-  EXPECT_EQ(fixed_log().back(), "setSingleParamValueByParamName() fail ret=5!\n");
+  EXPECT_EQ(last_fixed_log(), "setSingleParamValueByParamName() fail ret=5!\n");
   EXPECT_EQ(changed_, 1);
   changed_ = 77;
   EXPECT_EQ(
       zrcfg_setsingleparamval_ext_get_old_value(kUrl, "Unknown", "x", 0, &changed_, old_.data()),
       5u);
-  EXPECT_EQ(fixed_log().back(), "set_single_param_value_by_param_name() fail ret=5!\n");
+  EXPECT_EQ(last_fixed_log(), "set_single_param_value_by_param_name() fail ret=5!\n");
   EXPECT_EQ(changed_, 1);
   EXPECT_TRUE(can_lock(kFile, LOCK_EX));
 }

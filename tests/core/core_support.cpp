@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cstring>
 #include <regex>
 #include <stdexcept>
 
@@ -73,6 +74,11 @@ std::string OpenedImage::bytes(size_t offset, size_t size) const {
   return std::string(static_cast<const char *>(image_) + offset, size);
 }
 
+std::string GuardedBuffer::text() const {
+  const char *const begin = bytes_.data() + kGuard;
+  return std::string(begin, strnlen(begin, 256));
+}
+
 bool GuardedBuffer::untouched_from(size_t offset) const {
   for (size_t i = 0; i < bytes_.size(); ++i) {
     if ((i < kGuard || i >= kGuard + offset) && bytes_.at(i) != kMark) {
@@ -119,6 +125,11 @@ std::vector<std::string> fixed_log() {
     lines.push_back(line);
   }
   return lines;
+}
+
+std::string last_fixed_log() {
+  const std::vector<std::string> lines = fixed_log();
+  return lines.empty() ? std::string() : lines.back();
 }
 
 std::string long_path(size_t length, char separator) {

@@ -42,7 +42,8 @@ class GuardedBuffer {
   GuardedBuffer() { bytes_.fill(kMark); }
 
   char *data() { return bytes_.data() + kGuard; }
-  std::string text() const { return bytes_.data() + kGuard; }
+  // What was written up to its terminator; all 256 bytes when there is none.
+  std::string text() const;
   char at(size_t i) const { return bytes_.at(kGuard + i); }
   // Whether no byte from `offset` of the buffer to the far guard's end was written, and none before
   // the buffer.
@@ -72,6 +73,7 @@ bool can_lock(const std::string &relative, int operation);
 // The logged lines whose texts are fixed, in order, descriptor numbers replaced by "N" and
 // addresses by "P". Lines that only mark progress are left out.
 std::vector<std::string> fixed_log();
+std::string last_fixed_log();  // Empty when there is none.
 
 // A URL, or directory with '/', of exactly `length` characters, separators and last one included.
 std::string long_path(size_t length, char separator);

@@ -63,7 +63,7 @@ TEST_F(ObjectPathTest, DirExistsWhenItOpensAsADirectory) {
 
 TEST_F(ObjectPathTest, PropertyFileIsTheDirectoryWithTheNameBehindIt) {
   write_property("A/B/1/", PropertyFile());
-  char out[kOutSize];
+  char out[kOutSize] = {};
   EXPECT_EQ(getPropertyFile("A/B/1/", out), 0u);
   EXPECT_STREQ(out, "A/B/1/property.conf");
   EXPECT_THAT(fixed_log(), ElementsAre("property_file=A/B/1/property.conf exist!"));
@@ -71,14 +71,14 @@ TEST_F(ObjectPathTest, PropertyFileIsTheDirectoryWithTheNameBehindIt) {
 
 TEST_F(ObjectPathTest, PropertyFileOfAUrlWithoutLastDotIsNotFound) {
   write_property("A/B/1/", PropertyFile());
-  char out[kOutSize];
+  char out[kOutSize] = {};
   EXPECT_EQ(getPropertyFile("A/B/1", out), 8u);
   EXPECT_STREQ(out, "A/B/1property.conf") << "the path is there in both cases";
   EXPECT_THAT(fixed_log(), ElementsAre());
 }
 
 TEST_F(ObjectPathTest, PropertyFileOfTheEmptyPathLiesInTheRoot) {
-  char out[kOutSize];
+  char out[kOutSize] = {};
   EXPECT_EQ(getPropertyFile("", out), 8u);
   EXPECT_STREQ(out, "property.conf");
   write_property("", PropertyFile());
@@ -87,20 +87,20 @@ TEST_F(ObjectPathTest, PropertyFileOfTheEmptyPathLiesInTheRoot) {
 
 TEST_F(ObjectPathTest, PropertyFileNeedsOnlyToExist) {
   make_store_dir("A/property.conf/");
-  char out[kOutSize];
+  char out[kOutSize] = {};
   EXPECT_EQ(getPropertyFile("A/", out), 0u);
 }
 
 TEST_F(ObjectPathTest, PropertyFileOfTheLongestDirectoryFits) {
   const std::string dir = long_path(255, '/');
   write_property(dir, PropertyFile());
-  char out[kOutSize];
+  char out[kOutSize] = {};
   EXPECT_EQ(getPropertyFile(dir.c_str(), out), 0u);
   EXPECT_EQ(out, dir + "property.conf");
 }
 
 TEST_F(ObjectPathTest, PropertyFileRefusesNull) {
-  char out[kOutSize];
+  char out[kOutSize] = {};
   EXPECT_EQ(getPropertyFile(nullptr, out), 10u);
   EXPECT_EQ(getPropertyFile("A/", nullptr), 10u);
 }

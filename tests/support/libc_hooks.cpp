@@ -80,9 +80,9 @@ void record_call(const HookedCall &made, long long result) {
 }
 
 const char *call_name(Call call) {
-  static const char *const kNames[kFamilies] = {
-      "open", "close",   "read",     "write", "seek",  "truncate", "lock",    "access",
-      "stat", "opendir", "closedir", "fopen", "sleep", "other",    "allocate"};
+  static const char *const kNames[kFamilies] = {"open",     "close", "read",   "write", "seek",
+                                                "truncate", "lock",  "access", "stat",  "opendir",
+                                                "closedir", "fopen", "sleep",  "other", "allocate"};
   return kNames[static_cast<size_t>(call)];
 }
 

@@ -43,8 +43,8 @@ struct CallRecord {
 inline constexpr unsigned kForEver = ~0u;
 inline constexpr size_t kNoLimit = ~size_t{0};
 
-// From the `nth` call (from 1) of a family on, `times` calls fail with `error`. An `error` of 0 cuts
-// reads and writes to `limit` bytes instead, and leaves other calls alone.
+// From the `nth` call (from 1) of a family on, `times` calls fail with `error`. An `error` of 0
+// cuts reads and writes to `limit` bytes instead, and leaves other calls alone.
 struct Fault {
   Call call;
   unsigned nth;

@@ -9,16 +9,12 @@
 #include <errno.h>
 #include <fcntl.h>
 #include <link.h>
-#include <poll.h>
 #include <stdarg.h>
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
 #include <sys/file.h>
-#include <sys/ioctl.h>
-#include <sys/mman.h>
 #include <sys/stat.h>
-#include <sys/uio.h>
 #include <time.h>
 #include <unistd.h>
 
@@ -31,19 +27,14 @@ using namespace zrcfg_test;
 
 namespace {
 
-// The definition that this one hides.
-template <typename Function>
-Function *next_definition(Function *, const char *name) {
-  return reinterpret_cast<Function *>(dlsym(RTLD_NEXT, name));
-}
-
-#define NEXT(name)                                      \
-  ([] {                                                 \
-    static decltype(&name) found = nullptr;             \
-    if (found == nullptr) {                             \
-      found = next_definition<std::remove_pointer_t<decltype(&name)>>(nullptr, #name); \
-    }                                                   \
-    return found;                                       \
+// The definition of the function that the one here hides.
+#define NEXT(name)                                                        \
+  ([] {                                                                   \
+    static decltype(&name) found = nullptr;                               \
+    if (found == nullptr) {                                               \
+      found = reinterpret_cast<decltype(&name)>(dlsym(RTLD_NEXT, #name)); \
+    }                                                                     \
+    return found;                                                         \
   }())
 
 template <typename Result>
@@ -123,82 +114,80 @@ void prepare_hooks() {
 
 }  // namespace zrcfg_test
 
-#define HOOK_OPEN(name)                                                                      \
-  int name(const char *path, int flags, ...) {                                               \
-    va_list arguments;                                                                       \
-    va_start(arguments, flags);                                                              \
-    const int mode = creation_mode(flags, arguments);                                        \
-    va_end(arguments);                                                                       \
-    return pass<int>({Call::kOpen, #name, path, -1, flags, 0}, -1,                           \
-                     [&](size_t) { return NEXT(name)(path, flags, mode); });                 \
+#define HOOK_OPEN(name)                                                      \
+  int name(const char *path, int flags, ...) {                               \
+    va_list arguments;                                                       \
+    va_start(arguments, flags);                                              \
+    const int mode = creation_mode(flags, arguments);                        \
+    va_end(arguments);                                                       \
+    return pass<int>({Call::kOpen, #name, path, -1, flags, 0}, -1,           \
+                     [&](size_t) { return NEXT(name)(path, flags, mode); }); \
   }
-#define HOOK_OPENAT(name)                                                                    \
-  int name(int dir, const char *path, int flags, ...) {                                      \
-    va_list arguments;                                                                       \
-    va_start(arguments, flags);                                                              \
-    const int mode = creation_mode(flags, arguments);                                        \
-    va_end(arguments);                                                                       \
-    return pass<int>({Call::kOpen, #name, path, -1, flags, 0}, -1,                           \
-                     [&](size_t) { return NEXT(name)(dir, path, flags, mode); });            \
+#define HOOK_OPENAT(name)                                                         \
+  int name(int dir, const char *path, int flags, ...) {                           \
+    va_list arguments;                                                            \
+    va_start(arguments, flags);                                                   \
+    const int mode = creation_mode(flags, arguments);                             \
+    va_end(arguments);                                                            \
+    return pass<int>({Call::kOpen, #name, path, -1, flags, 0}, -1,                \
+                     [&](size_t) { return NEXT(name)(dir, path, flags, mode); }); \
   }
-#define HOOK_PREAD(name, offset_type)                                                        \
-  ssize_t name(int fd, void *buffer, size_t size, offset_type offset) {                      \
-    return pass<ssize_t>({Call::kRead, #name, nullptr, fd, 0, static_cast<long long>(size)}, \
-                         -1, [&](size_t limit) {                                             \
-                           return NEXT(name)(fd, buffer, std::min(size, limit), offset);     \
-                         });                                                                 \
+#define HOOK_PREAD(name, offset_type)                                                         \
+  ssize_t name(int fd, void *buffer, size_t size, offset_type offset) {                       \
+    return pass<ssize_t>(                                                                     \
+        {Call::kRead, #name, nullptr, fd, 0, static_cast<long long>(size)}, -1,               \
+        [&](size_t limit) { return NEXT(name)(fd, buffer, std::min(size, limit), offset); }); \
   }
 #define HOOK_PWRITE(name, offset_type)                                                       \
   ssize_t name(int fd, const void *bytes, size_t size, offset_type offset) {                 \
-    return pass<ssize_t>({Call::kWrite, #name, nullptr, fd, 0, static_cast<long long>(size)}, \
-                         -1, [&](size_t limit) {                                             \
-                           return NEXT(name)(fd, bytes, std::min(size, limit), offset);      \
-                         });                                                                 \
+    return pass<ssize_t>(                                                                    \
+        {Call::kWrite, #name, nullptr, fd, 0, static_cast<long long>(size)}, -1,             \
+        [&](size_t limit) { return NEXT(name)(fd, bytes, std::min(size, limit), offset); }); \
   }
-#define HOOK_SEEK(name, offset_type)                                                         \
-  offset_type name(int fd, offset_type offset, int whence) noexcept {                        \
-    return pass<offset_type>({Call::kSeek, #name, nullptr, fd, whence, offset}, -1,          \
-                             [&](size_t) { return NEXT(name)(fd, offset, whence); });        \
+#define HOOK_SEEK(name, offset_type)                                                  \
+  offset_type name(int fd, offset_type offset, int whence) noexcept {                 \
+    return pass<offset_type>({Call::kSeek, #name, nullptr, fd, whence, offset}, -1,   \
+                             [&](size_t) { return NEXT(name)(fd, offset, whence); }); \
   }
-#define HOOK_FTRUNCATE(name, offset_type)                                                    \
-  int name(int fd, offset_type size) noexcept {                                              \
-    return pass<int>({Call::kTruncate, #name, nullptr, fd, 0, size}, -1,                     \
-                     [&](size_t) { return NEXT(name)(fd, size); });                          \
+#define HOOK_FTRUNCATE(name, offset_type)                                \
+  int name(int fd, offset_type size) noexcept {                          \
+    return pass<int>({Call::kTruncate, #name, nullptr, fd, 0, size}, -1, \
+                     [&](size_t) { return NEXT(name)(fd, size); });      \
   }
-#define HOOK_TRUNCATE(name, offset_type)                                                     \
-  int name(const char *path, offset_type size) noexcept {                                    \
-    return pass<int>({Call::kTruncate, #name, path, -1, 0, size}, -1,                        \
-                     [&](size_t) { return NEXT(name)(path, size); });                        \
+#define HOOK_TRUNCATE(name, offset_type)                              \
+  int name(const char *path, offset_type size) noexcept {             \
+    return pass<int>({Call::kTruncate, #name, path, -1, 0, size}, -1, \
+                     [&](size_t) { return NEXT(name)(path, size); }); \
   }
-#define HOOK_STAT(name, stat_type)                                                           \
-  int name(const char *path, struct stat_type *status) noexcept {                            \
-    return pass<int>({Call::kStat, #name, path, -1, 0, 0}, -1,                               \
-                     [&](size_t) { return NEXT(name)(path, status); });                      \
+#define HOOK_STAT(name, stat_type)                                      \
+  int name(const char *path, struct stat_type *status) noexcept {       \
+    return pass<int>({Call::kStat, #name, path, -1, 0, 0}, -1,          \
+                     [&](size_t) { return NEXT(name)(path, status); }); \
   }
-#define HOOK_FSTAT(name, stat_type)                                                          \
-  int name(int fd, struct stat_type *status) noexcept {                                      \
-    return pass<int>({Call::kStat, #name, nullptr, fd, 0, 0}, -1,                            \
-                     [&](size_t) { return NEXT(name)(fd, status); });                        \
+#define HOOK_FSTAT(name, stat_type)                                   \
+  int name(int fd, struct stat_type *status) noexcept {               \
+    return pass<int>({Call::kStat, #name, nullptr, fd, 0, 0}, -1,     \
+                     [&](size_t) { return NEXT(name)(fd, status); }); \
   }
-#define HOOK_FSTATAT(name, stat_type)                                                        \
-  int name(int dir, const char *path, struct stat_type *status, int flags) noexcept {        \
-    return pass<int>({Call::kStat, #name, path, -1, flags, 0}, -1,                           \
-                     [&](size_t) { return NEXT(name)(dir, path, status, flags); });          \
+#define HOOK_FSTATAT(name, stat_type)                                                 \
+  int name(int dir, const char *path, struct stat_type *status, int flags) noexcept { \
+    return pass<int>({Call::kStat, #name, path, -1, flags, 0}, -1,                    \
+                     [&](size_t) { return NEXT(name)(dir, path, status, flags); });   \
   }
-#define HOOK_FOPEN(name)                                                                     \
-  FILE *name(const char *path, const char *mode) {                                           \
-    return pass<FILE *>({Call::kFopen, #name, path, -1, 0, 0}, nullptr,                      \
-                        [&](size_t) { return NEXT(name)(path, mode); });                     \
+#define HOOK_FOPEN(name)                                                 \
+  FILE *name(const char *path, const char *mode) {                       \
+    return pass<FILE *>({Call::kFopen, #name, path, -1, 0, 0}, nullptr,  \
+                        [&](size_t) { return NEXT(name)(path, mode); }); \
   }
-#define HOOK_PATH(name, family)                                                              \
-  int name(const char *path) noexcept {                                                      \
-    return pass<int>({family, #name, path, -1, 0, 0}, -1,                                    \
-                     [&](size_t) { return NEXT(name)(path); });                              \
+#define HOOK_PATH(name, family)                                 \
+  int name(const char *path) noexcept {                         \
+    return pass<int>({family, #name, path, -1, 0, 0}, -1,       \
+                     [&](size_t) { return NEXT(name)(path); }); \
   }
-#define HOOK_FD(name)                                                                        \
-  int name(int fd) {                                                                         \
-    return pass<int>({Call::kOther, #name, nullptr, fd, 0, 0}, -1,                           \
-                     [&](size_t) { return NEXT(name)(fd); });                                \
+#define HOOK_FD(name)                                              \
+  int name(int fd) {                                               \
+    return pass<int>({Call::kOther, #name, nullptr, fd, 0, 0}, -1, \
+                     [&](size_t) { return NEXT(name)(fd); });      \
   }
 
 extern "C" {
@@ -239,15 +228,13 @@ int close(int fd) {
 }
 
 ssize_t read(int fd, void *buffer, size_t size) {
-  return pass<ssize_t>(
-      {Call::kRead, "read", nullptr, fd, 0, static_cast<long long>(size)}, -1,
-      [&](size_t limit) { return NEXT(read)(fd, buffer, std::min(size, limit)); });
+  return pass<ssize_t>({Call::kRead, "read", nullptr, fd, 0, static_cast<long long>(size)}, -1,
+                       [&](size_t limit) { return NEXT(read)(fd, buffer, std::min(size, limit)); });
 }
 
 ssize_t write(int fd, const void *bytes, size_t size) {
-  return pass<ssize_t>(
-      {Call::kWrite, "write", nullptr, fd, 0, static_cast<long long>(size)}, -1,
-      [&](size_t limit) { return NEXT(write)(fd, bytes, std::min(size, limit)); });
+  return pass<ssize_t>({Call::kWrite, "write", nullptr, fd, 0, static_cast<long long>(size)}, -1,
+                       [&](size_t limit) { return NEXT(write)(fd, bytes, std::min(size, limit)); });
 }
 
 int flock(int fd, int operation) noexcept {
