@@ -18,11 +18,17 @@ need_packages() {
     as_root=(sudo)
   fi
   echo "installing: ${missing[*]}"
-  "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get update -q >/dev/null ||
-    echo "$0: apt-get update failed, going on with the package lists at hand" >&2
-  "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
-    apt-get install -q -y --no-install-recommends "${missing[@]}" >/dev/null || {
+  install_packages || install_packages || {
     echo "$0: apt-get install ${missing[*]} failed" >&2
     exit 1
   }
+}
+
+# One try; a mirror or the network may fail once. The package lists at hand may do when new ones
+# cannot be fetched.
+install_packages() {
+  "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get update -q >/dev/null ||
+    echo "$0: apt-get update failed, going on with the package lists at hand" >&2
+  "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
+    apt-get install -q -y --no-install-recommends "${missing[@]}" >/dev/null
 }

@@ -7,7 +7,7 @@ file=/var/$(tr . / <<<"$wlan")/property.conf
 lock=/var/InternetGatewayDevice/LANDevice/0/property.conf
 
 show() {
-  echo "\$ zrcfg $*"
+  echo "\$ zrcfg$(printf ' %q' "$@")"
   "$zrcfg" "$@"
 }
 
@@ -25,9 +25,9 @@ show get $wlan.SSID
 echo
 echo "== setting it again: an equal value is not written"
 sleep 0.05
-before=$(stat -c 'modified %y' "$file")
+before=$(stat -c 'inode %i, modified %y' "$file")
 show set $wlan.SSID="Quick start"
-after=$(stat -c 'modified %y' "$file")
+after=$(stat -c 'inode %i, modified %y' "$file")
 echo "before: $before"
 echo "after:  $after"
 [ "$before" = "$after" ]
