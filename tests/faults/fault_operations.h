@@ -4,6 +4,7 @@
 
 #include <stdint.h>
 
+#include <ostream>
 #include <set>
 #include <string>
 #include <vector>
@@ -35,6 +36,11 @@ struct Operation {
   std::string new_values;  // The value section after success.
   Outcome (*run)(const std::vector<Fault> &faults);
 };
+
+// For the names of test cases; without it the bytes are printed, the padding among them.
+inline void PrintTo(const Operation &operation, std::ostream *out) {
+  *out << operation.name;
+}
 
 const std::vector<Operation> &operations();
 

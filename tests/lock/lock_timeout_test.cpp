@@ -76,6 +76,11 @@ struct FreeFileRow {
   bool tried;
 };
 
+// Without it the bytes are printed, the padding among them.
+void PrintTo(const FreeFileRow &row, std::ostream *out) {
+  *out << row.timeout;
+}
+
 class FreeFileTimeoutTest : public LockTimeoutTest,
                             public ::testing::WithParamInterface<FreeFileRow> {};
 
@@ -112,6 +117,10 @@ struct HeldFileRow {
   unsigned tries;
   unsigned pauses;
 };
+
+void PrintTo(const HeldFileRow &row, std::ostream *out) {
+  *out << row.timeout;
+}
 
 class HeldFileTimeoutTest : public LockTimeoutTest,
                             public ::testing::WithParamInterface<HeldFileRow> {};

@@ -25,7 +25,9 @@ enum class Call {
   kFopen,     // fopen
   kSleep,     // usleep, nanosleep
   kOther,     // fsync, fdatasync, rename, unlink, remove, mkdir, rmdir
-  kAllocate,  // malloc, calloc, realloc, called from libzrcfg itself
+  // malloc, calloc, realloc, called from libzrcfg itself. Valgrind puts its own functions in the
+  // place of these hooks unless it runs with --soname-synonyms=somalloc=nouserintercepts.
+  kAllocate,
 };
 
 const char *call_name(Call call);
