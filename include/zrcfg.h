@@ -258,6 +258,77 @@ uint32_t zrcfg_setsingleparamval_ext_get_old_value(const char *url, const char *
                                                    const char *value, int timeout, uint8_t *changed,
                                                    char *oldValue);
 
+/* ---- Several values of one object ---------------------------------------------------------- */
+
+/* Lists: the caller owns the nodes and what they point at. A call serves the first
+ * ZRCFG_MAX_REQUESTS nodes of a list and gives 14 when there are more. Two nodes may name the same
+ * parameter; they are served in list order. */
+
+/* Reads the values named in `list` into each node's `value` (256 bytes). A node whose parameter
+ * does not exist keeps its buffer and is no error.
+ * Lock: shared. Results: 0; 1 URL too long; 7 file not readable, or no value in it; 8 no property
+ * file; 9 lock not obtained; 10 null argument or a null `value` in a node, malformed file; 14 list
+ * too long, the first 1001 nodes are filled; 15 no memory. On any other failure no buffer is
+ * written. */
+int zrcfg_getmultiparamval(const char *url, ParamValueEntry *list, int timeout);
+
+/* Sets the values named in `list` with one write of the file, which is made even when every value
+ * is equal. Each node of an existing parameter receives in `old_value` the value before, in
+ * `changed` 1 or 0, and the parameter's attributes. Unknown names are skipped silently; a value of
+ * 256 characters or more is skipped with a log line.
+ * Lock: exclusive. Results: 0; 1 URL too long; 7 file not readable or not writable, no value in
+ * it, or a line feed in a value; 8 no property file; 9 lock not obtained; 10 null argument or a
+ * null `value` in a node, malformed file, or a file of more than 255 records; 14 list too long; 15
+ * no memory. On failure the file is as before, though nodes may already be filled. */
+int zrcfg_setmultiparamval(const char *url, ParamValueEntry *list, int timeout);
+
+/* Rolls nodes of an earlier zrcfg_setmultiparamval back: each node whose `fault` points to a
+ * nonzero code, and whose `changed` is 1, has its `old_value` put back. The file is not written
+ * when there is no such node (0). The nodes are not changed.
+ * Lock and results as for zrcfg_setmultiparamval; the line feed rule holds for `old_value`, and
+ * only nodes with a fault need a `value`. */
+int zrcfg_setmultiparamval_ext(const char *url, ParamValueEntry *list, int timeout);
+
+/* As zrcfg_setmultiparamval, but every node's value is first checked against its parameter's
+ * filter; one refused value or unknown name leaves the whole object unchanged.
+ * Results as there, and: 5 unknown parameter name; 7 also when a value is refused, 9007 is then
+ * stored through that node's `fault` unless it is null. */
+int zrcfg_setmultiparamval_check(const char *url, ParamValueEntry *list, int timeout);
+
+/* Lists all visible parameters of the object in file order: `*head` and `*tail` receive the first
+ * and the last node, null when every parameter is hidden. `url` stands before each name as it was
+ * given; a longer text than 255 characters is cut. `head` and `tail` may be null.
+ * Lock: shared. Results: 0; 1 URL too long, or object hidden; 6 object without parameters; 7 file
+ * not readable; 8 no property file; 9 lock not obtained; 10 null `url`, malformed file; 15 no
+ * memory, or fewer values than parameters. On failure `*head` and `*tail` are untouched and
+ * nothing is left to free. */
+int zrcfg_getallparamval(const char *url, ParamValueListNode **head, ParamValueListNode **tail,
+                         int timeout);
+
+/* ---- Checked values ------------------------------------------------------------------------ */
+
+/* Filters: a parameter whose `param_check` is n > 0 takes the values in which the POSIX extended
+ * regular expression of section "filtern", option "value", of the UCI file "/var/regex_file"
+ * matches. The file is read afresh for every value. Without the file, and with n = 0, every value
+ * is taken; a filter that is missing or does not compile takes none. */
+
+/* Tells whether the value passes filter number `filterId`: 0 it does, or needs no check; -1 it
+ * does not, the filter cannot be had, or `value` is null. */
+int check_param_value_valid_regex(unsigned filterId, const char *value);
+
+/* Checks a value for parameter `name` of object `url` without writing.
+ * Lock: shared. Results: 0 valid, and for a value of 256 characters or more, which is not checked;
+ * 1 URL too long; 7 refused, or no such parameter; 8 no property file; 9 lock not obtained; 10
+ * null argument, malformed file. */
+int zrcfg_paramvalue_check(const char *url, const char *name, const char *value, int timeout);
+
+/* As zrcfg_setsingleparamval_ext_get_old_value, with the value checked against the parameter's
+ * filter first. Differing results: 7 also for a value that is refused and for an unknown
+ * parameter, `*changed` is then untouched; 5 fewer values than the parameter's place. */
+int zrcfg_setsingleparamval_ext_get_old_value_check(const char *url, const char *name,
+                                                    const char *value, int timeout, char *changed,
+                                                    char *oldValue);
+
 /* ---- Objects ------------------------------------------------------------------------------- */
 
 /* Tells whether the directory of object `url` exists: 0 it does, 1 it does not or the URL is too
@@ -297,6 +368,48 @@ uint32_t zrcfg_islock(const char *url);
 /* Releases a lock and closes its descriptor; -1 does nothing. Returns 0, or -1 with errno when the
  * descriptor cannot be closed. */
 int zrcfg_releaselock(int fd);
+
+/* ---- Settings and codecs ------------------------------------------------------------------- */
+
+/* Reads the option "value" of the section named `key` from the UCI file `filePath` (an absolute
+ * path). Bytes of `key` other than letters, digits and "_" count as "_", and 256 of them at most.
+ * The text "UCI_NULL" stands for the empty value. At most `outLen` bytes are written to `out`,
+ * zero-padded; a value of `outLen` characters or more is cut without a terminator, so clear the
+ * buffer and pass one byte less. 0, or -1 with `out` untouched: null argument, file not to be
+ * loaded, no such section with a string option "value". */
+int zrcfg_uci_get_config(const char *filePath, const char *key, char *out, unsigned outLen);
+
+/* Base64 (RFC 4648) of `inLen` bytes, with padding and terminator: `out` holds
+ * 4 * ((inLen + 2) / 3) + 1 bytes. An `inLen` of 0 or less gives "". Always 0; -1 for null. */
+int zrcfg_encryp_string(const char *in, char *out, int inLen);
+
+/* Decodes base64 text in groups of four characters, up to its terminator. Writes at most `outSize`
+ * bytes and no terminator; returns their number; -1 for null. Characters outside the alphabet are
+ * not refused, they decode to bytes without meaning. */
+int zrcfg_dencryp_string(const char *in, char *out, int outSize);
+
+/* Writes `len` bytes as 2 * len upper-case hexadecimal digits without terminator; returns `len`;
+ * -1 for null. */
+int hex_to_ascii(const unsigned char *in, char *out, int len);
+
+/* Reads `len` hexadecimal digits of either case into len / 2 bytes; returns len / 2. -1 when `len`
+ * is odd or negative, a pointer is null, or a character is no digit; bytes before it are then
+ * written. */
+int ascii_to_hex(const char *in, unsigned char *out, int len);
+
+/* The device's encryption mode: setting "cfg_encrypt_mode" of the UCI file
+ * "/zrrom/zrconf/status_version_flag", as a decimal number; 2 when it cannot be read. Read once per
+ * process, and again at each call as long as it is 0. */
+int zrcfg_get_encryptmode(void);
+
+/* Splits an encryption mode into its selectors. A null `info` does nothing. */
+void zrcfg_get_crytoinfo_from_encryptmode(int mode, CryptoInfo *info);
+
+/* Marks this process as the TR-069 process; always 0. */
+int zrcfg_init_tr069_process_flag(void);
+
+/* 1 when this process was marked, else 0. */
+int zrcfg_get_tr069_process_flag(void);
 
 #ifdef __cplusplus
 }
