@@ -1,22 +1,36 @@
 # libzrcfg.so from the sources of its folders.
 
 set(ZRCFG_LIBRARY_SOURCES
+    config/base64.cpp
+    config/encryption_mode.cpp
+    config/hex.cpp
+    config/process_flag.cpp
+    config/uci_option.cpp
+    core/fresh_section.cpp
     core/object_image.cpp
     core/object_path.cpp
     core/property_load.cpp
+    core/record_index.cpp
     core/single_value.cpp
     core/single_value_calls.cpp
     core/store_file.cpp
     core/value_section.cpp
     core/visibility.cpp
     lock/lock_file.cpp
-    lock/object_lock.cpp)
+    lock/object_lock.cpp
+    values/bulk_calls.cpp
+    values/bulk_values.cpp
+    values/checked_single_value.cpp
+    values/request_check.cpp
+    values/value_filter.cpp
+    values/value_list.cpp
+    values/value_table.cpp)
 list(TRANSFORM ZRCFG_LIBRARY_SOURCES PREPEND ${PROJECT_SOURCE_DIR}/)
 
 # Defines a shared library of those sources; further arguments are libraries to compile with.
 function(zrcfg_define_library target)
   add_library(${target} SHARED ${ZRCFG_LIBRARY_SOURCES})
-  target_link_libraries(${target} PRIVATE zrcfg_flags zrcfg_library_flags zrlogmgr ${ARGN})
+  target_link_libraries(${target} PRIVATE zrcfg_flags zrcfg_library_flags zrlogmgr zrcfg_uci ${ARGN})
   target_include_directories(
     ${target} INTERFACE $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include>
                         $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)

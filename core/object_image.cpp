@@ -57,7 +57,11 @@ uint32_t open_and_load(OpenObject &object, const char *dir_path, Access access,
     }
   }
   const int fd = through_lock ? object.lock_fd : object.file.fd;
-  const uint32_t result = load_object(fd, dir_path, object.loaded);
+  uint32_t result = load_object(fd, dir_path, object.loaded);
+  if (result == ZRCFG_E_MEMORY) {
+    ZRCFG_TRACE("pBuf malloc failed!\n");
+    result = ZRCFG_E_ARGUMENT;
+  }
   if (access == Access::kRead || result != ZRCFG_OK) {
     object.file.close();
   }

@@ -43,6 +43,16 @@ const char *image_dir_path(const ObjectImage &image);
 // ends at its width.
 bool has_name(const ParamRecord &record, const char *name, size_t length);
 
+// The first record of that name; null when there is none.
+ParamRecord *find_record(ObjectImage &image, const char *name);
+
+// A name out of a record or a request node as text, with a terminator in any case.
+struct FieldName {
+  char text[kNameSize + 1];
+
+  explicit FieldName(const char (&field)[kNameSize]);
+};
+
 enum class Access { kRead, kWrite };
 
 // A property file's descriptor for the length of one exported call.
@@ -61,8 +71,8 @@ struct LoadedObject {
   ValueSection section = {};
 };
 
-// Reads the file behind `fd` whole. 0, or 10 when it is malformed or there is no memory. The image
-// is freed with free_image.
+// Reads the file behind `fd` whole. 0; 10 when it is malformed, too large or cannot be read; 15
+// when there is no memory. The image is freed with free_image.
 uint32_t load_object(int fd, const char *dir_path, LoadedObject &loaded);
 void free_image(ObjectImage *image);
 

@@ -4,7 +4,6 @@
 
 #include "core/object_image.h"
 #include "core/store_file.h"
-#include "core/trace.h"
 
 namespace zrcfg {
 namespace {
@@ -49,7 +48,6 @@ struct Block {
   bool resize(size_t file_capacity, size_t room) {
     void *const grown = realloc(prefix, kFileOffset + file_capacity + room);
     if (grown == nullptr) {
-      ZRCFG_TRACE("pBuf malloc failed!\n");
       return false;
     }
     prefix = static_cast<ImagePrefix *>(grown);
@@ -82,39 +80,42 @@ bool is_complete(const Block &block) {
   return at == end;
 }
 
-// Reads the whole file. False when it is malformed, too large or cannot be read.
-bool read_file(int fd, Block &block, size_t room) {
+// Reads the whole file. 0; 10 when it is malformed, too large or cannot be read; 15 no memory.
+uint32_t read_file(int fd, Block &block, size_t room) {
   size_t capacity = kFirstReadSize;
   if (!block.resize(capacity, room)) {
-    return false;
+    return ZRCFG_E_MEMORY;
   }
   for (;;) {
     if (block.used == capacity) {
       capacity *= 2;
-      if (capacity > kMaxFileSize || !block.resize(capacity, room)) {
-        return false;
+      if (capacity > kMaxFileSize) {
+        return ZRCFG_E_ARGUMENT;
+      }
+      if (!block.resize(capacity, room)) {
+        return ZRCFG_E_MEMORY;
       }
     }
     const ssize_t got = read_at(fd, block.file() + block.used, capacity - block.used,
                                 static_cast<off_t>(block.used));
     if (got < 0) {
-      return false;
+      return ZRCFG_E_ARGUMENT;
     }
     block.used += static_cast<size_t>(got);
     if (block.used >= kLengthWordSize && !length_word_ok(block.prefix->length_word.get())) {
-      return false;
+      return ZRCFG_E_ARGUMENT;
     }
     if (got == 0) {
-      return block.used >= kLengthWordSize;
+      return block.used >= kLengthWordSize ? ZRCFG_OK : ZRCFG_E_ARGUMENT;
     }
     if (block.used < capacity && block.used >= kLengthWordSize && is_complete(block)) {
-      return true;
+      return ZRCFG_OK;
     }
   }
 }
 
 // Makes room for the directory path between records and values, and for what a length word beyond
-// the end of the file announces, as zero bytes.
+// the end of the file announces, as zero bytes. False without memory.
 bool lay_out(Block &block, const char *dir_path, LoadedObject &loaded) {
   const size_t path_size = strlen(dir_path) + 1;
   const uint32_t len = block.prefix->length_word.get();
@@ -181,11 +182,31 @@ bool has_name(const ParamRecord &record, const char *name, size_t length) {
          (length == kNameSize || record.name[length] == '\0');
 }
 
+ParamRecord *find_record(ObjectImage &image, const char *name) {
+  const size_t length = strlen(name);
+  for (ParamRecord &record : records(image)) {
+    if (has_name(record, name, length)) {
+      return &record;
+    }
+  }
+  return nullptr;
+}
+
+FieldName::FieldName(const char (&field)[kNameSize]) {
+  const size_t length = strnlen(field, kNameSize);
+  memcpy(text, field, length);
+  text[length] = '\0';
+}
+
 uint32_t load_object(int fd, const char *dir_path, LoadedObject &loaded) {
   Block block = {nullptr, 0};
-  if (!read_file(fd, block, strlen(dir_path) + 2) || !lay_out(block, dir_path, loaded)) {
+  uint32_t result = read_file(fd, block, strlen(dir_path) + 2);
+  if (result == ZRCFG_OK && !lay_out(block, dir_path, loaded)) {
+    result = ZRCFG_E_MEMORY;
+  }
+  if (result != ZRCFG_OK) {
     free(block.prefix);
-    return ZRCFG_E_ARGUMENT;
+    return result;
   }
   link_records(*loaded.image);
   return ZRCFG_OK;

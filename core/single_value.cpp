@@ -4,26 +4,13 @@
 #include <string.h>
 
 #include "core/export.h"
+#include "core/fresh_section.h"
 #include "core/property_file.h"
 #include "core/trace.h"
 #include "core/value_section.h"
 
 namespace zrcfg {
 namespace {
-
-struct PropertyPath {
-  char text[kFilePathSize];
-
-  explicit PropertyPath(const ObjectImage &image) {
-    // Fits: the image was opened through the same join.
-    (void)join_path(text, sizeof text, image_dir_path(image), kPropertyFileName);
-  }
-};
-
-uint32_t unable_to_open(const PropertyPath &path) {
-  ZRCFG_TRACE("unable to open %s file\n", path.text);
-  return ZRCFG_E_FILE;
-}
 
 // The new value section while it is assembled, and what the walk found out.
 struct Assembly {
@@ -91,24 +78,6 @@ uint32_t assemble(ObjectImage &image, const ValueSection &old_section, const Val
   return assembly.found ? ZRCFG_OK : ZRCFG_E_NO_PARAMETER;
 }
 
-// Writes the assembled section through a descriptor that permits it.
-uint32_t store_section(const ObjectImage &image, PropertyFd &file, const ValueSection &old_section,
-                       const SectionBuilder &section) {
-  if (stored_record_count(image) > kMaxServedRecords) {
-    ZRCFG_TRACE("more than %u records, value not set!\n", kMaxServedRecords);
-    return ZRCFG_E_ARGUMENT;
-  }
-  if (!file.writable) {
-    const PropertyPath path(image);
-    file.close();
-    if (!file.open(path.text, Access::kWrite) || !file.writable) {
-      return unable_to_open(path);
-    }
-  }
-  const bool written = rewrite_section(file.fd, old_section, section.text(), section.size());
-  return written ? ZRCFG_OK : ZRCFG_E_FILE;
-}
-
 void report_changed(const ValueWrite &write, bool changed) {
   if (write.changed != nullptr) {
     *write.changed = changed ? 1 : 0;
@@ -148,24 +117,15 @@ uint32_t read_from(ObjectImage &image, const ValueSection &section, const char *
   return ZRCFG_OK;
 }
 
-// The property file of an image, opened and read anew for a work step that is called on its own.
-struct FreshSection {
-  PropertyFd file;
-  LoadedObject loaded;
-
-  ~FreshSection() {
-    file.close();
-    free_image(loaded.image);
+// Reads the section of an image anew, for a work step that is called on its own.
+uint32_t load_fresh(FreshSection &fresh, const ObjectImage &image, Access access) {
+  const uint32_t result = fresh.load(image, access);
+  if (result == ZRCFG_E_MEMORY) {
+    ZRCFG_TRACE("pBuf malloc failed!\n");
+    return ZRCFG_E_ARGUMENT;
   }
-
-  uint32_t load(const ObjectImage &image, Access access) {
-    const PropertyPath path(image);
-    if (!file.open(path.text, access)) {
-      return unable_to_open(path);
-    }
-    return load_object(file.fd, "", loaded);
-  }
-};
+  return result;
+}
 
 uint32_t write_on_its_own(ZrcfgObject *object, const ValueWrite &write) {
   ObjectImage &image = *static_cast<ObjectImage *>(object);
@@ -173,11 +133,11 @@ uint32_t write_on_its_own(ZrcfgObject *object, const ValueWrite &write) {
   if (strlen(write.value) > kMaxValueLength) {
     return ZRCFG_E_MEMORY;
   }
-  if (!is_single_line(write.name, write.value)) {
+  if (!is_single_line(write.name, write.value, strlen(write.value))) {
     return ZRCFG_E_FILE;
   }
   FreshSection fresh;
-  const uint32_t result = fresh.load(image, Access::kWrite);
+  const uint32_t result = load_fresh(fresh, image, Access::kWrite);
   if (result != ZRCFG_OK) {
     return result;
   }
@@ -217,7 +177,7 @@ ZRCFG_EXPORT uint32_t getSingleParamValueByParamName(ZrcfgObject *image, const c
   }
   ObjectImage &object = *static_cast<ObjectImage *>(image);
   FreshSection fresh;
-  const uint32_t result = fresh.load(object, Access::kRead);
+  const uint32_t result = load_fresh(fresh, object, Access::kRead);
   return result == ZRCFG_OK ? read_from(object, fresh.loaded.section, name, value) : result;
 }
 

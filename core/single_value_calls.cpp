@@ -1,4 +1,6 @@
 // The exported calls that read and write one value of an object given by its URL.
+#include <string.h>
+
 #include "core/call_frame.h"
 #include "core/export.h"
 #include "core/single_value.h"
@@ -17,7 +19,7 @@ uint32_t set_value(const char *url, int timeout, const ValueWrite &write, const 
   if (!url_length_ok(url)) {
     return ZRCFG_E_NOT_FOUND;
   }
-  if (!is_single_line(write.name, write.value)) {
+  if (!is_single_line(write.name, write.value, strlen(write.value))) {
     return ZRCFG_E_FILE;
   }
   return with_object(url, ZRCFG_LOCK_EXCLUSIVE, timeout, Access::kWrite, [&](OpenObject &object) {

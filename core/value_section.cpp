@@ -40,8 +40,8 @@ ValueLine ValueLines::next() {
   return {text, static_cast<size_t>(position_ - text)};
 }
 
-bool is_single_line(const char *name, const char *value) {
-  if (strchr(value, '\n') == nullptr) {
+bool is_single_line(const char *name, const char *value, size_t length) {
+  if (memchr(value, '\n', length) == nullptr) {
     return true;
   }
   ZRCFG_TRACE("param(%s) value holds a line feed, not set!\n", name);

@@ -59,7 +59,7 @@ class TerminatedLine {
 
 // Whether the value can be stored: it holds no line feed, which would shift every later value.
 // Logs a refusal.
-bool is_single_line(const char *name, const char *value);
+bool is_single_line(const char *name, const char *value, size_t length);
 
 // Assembles a new value section in a block of its own.
 class SectionBuilder {

@@ -2,6 +2,9 @@
 #ifndef ZRCFG_VALUES_BULK_VALUES_H_
 #define ZRCFG_VALUES_BULK_VALUES_H_
 
+#include <stdint.h>
+
+#include "core/object_image.h"
 #include "zrcfg.h"
 
 // Each works on an image and the value table made from it. A null pointer, and a null `value` in a
@@ -23,5 +26,15 @@ int modi_multi_param_values_ext(ZrcfgObject *image, char *pValue, ParamValueEntr
 // 10, 14.
 int modi_multi_param_values_check(ZrcfgObject *image, char *pValue, ParamValueEntry *list);
 }
+
+namespace zrcfg {
+
+// The same steps on a list that has passed check_requests.
+uint32_t output_values(ObjectImage &image, const char *table, ParamValueEntry *list);
+uint32_t apply_values(ObjectImage &image, char *table, ParamValueEntry *list);
+uint32_t restore_values(ObjectImage &image, char *table, ParamValueEntry *list, bool &restored);
+uint32_t apply_checked_values(ObjectImage &image, char *table, ParamValueEntry *list);
+
+}  // namespace zrcfg
 
 #endif  // ZRCFG_VALUES_BULK_VALUES_H_

@@ -5,8 +5,8 @@
 #include "zrcfg.h"
 
 // Builds the list from the image and its property file, read afresh. 0; 1 object hidden; 7 file not
-// readable; 10 null `objUrl` or `image`, malformed file; 15 no memory, or fewer values than records.
-// `head` and `tail` may be null and are written on success only.
+// readable; 10 null `objUrl` or `image`, malformed file; 15 no memory, or fewer values than
+// records. `head` and `tail` may be null and are written on success only.
 extern "C" int constructParamValueList(const char *objUrl, ZrcfgObject *image,
                                        ParamValueListNode **head, ParamValueListNode **tail);
 

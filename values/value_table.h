@@ -23,7 +23,7 @@ namespace zrcfg {
 
 // The same two steps on an object that was just read.
 uint32_t build_value_table(OpenObject &object, char **table);
-uint32_t store_value_table(OpenObject &object, char *table);
+uint32_t store_value_table(OpenObject &object, const char *table);
 
 }  // namespace zrcfg
 

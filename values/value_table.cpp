@@ -1,0 +1,119 @@
+// The value table: all values of an object in slots of 256 bytes, on which the bulk calls work.
+#include "values/value_table.h"
+
+#include <stdlib.h>
+#include <string.h>
+
+#include "core/export.h"
+#include "core/fresh_section.h"
+#include "core/trace.h"
+#include "core/value_section.h"
+
+namespace zrcfg {
+namespace {
+
+void fill_slot(uint32_t i, const ValueLine &line, char *slot) {
+  const TerminatedLine terminated(line);
+  ZRCFG_TRACE("i=%d,ptr=%s\n", static_cast<int>(i), line.text);
+  line.copy_value(slot);
+}
+
+uint32_t build_table(const ObjectImage &image, const ValueSection &section, char **table) {
+  const uint32_t count = image.header.param_num;
+  char *const slots = static_cast<char *>(calloc(count > 0 ? count : 1, kValueSlotSize));
+  if (slots == nullptr) {
+    ZRCFG_TRACE("pValue is NULL\n");
+    return ZRCFG_E_MEMORY;
+  }
+  ValueLines lines(section);
+  ValueLine line = lines.next();
+  if (!line.exists()) {
+    free(slots);
+    ZRCFG_TRACE("pValue is error\n");
+    return ZRCFG_E_FILE;
+  }
+  for (uint32_t i = 0; i < count && line.exists(); ++i) {
+    fill_slot(i, line, slots + i * kValueSlotSize);
+    line = lines.next();
+  }
+  *table = slots;
+  return ZRCFG_OK;
+}
+
+// Assembles the section: a line for every record, whatever the table holds.
+uint32_t assemble(ObjectImage &image, const char *table, SectionBuilder &section) {
+  if (!section.ok()) {
+    ZRCFG_TRACE("pWriteBuf malloc failed\n");
+    return ZRCFG_E_MEMORY;
+  }
+  const char *slot = table;
+  for (const ParamRecord &record : records(image)) {
+    const size_t length = strnlen(slot, kMaxValueLength);
+    if (!is_single_line(FieldName(record.name).text, slot, length)) {
+      return ZRCFG_E_FILE;
+    }
+    if (!section.append(slot, length)) {
+      return ZRCFG_E_MEMORY;
+    }
+    slot += kValueSlotSize;
+  }
+  return ZRCFG_OK;
+}
+
+uint32_t store_table(ObjectImage &image, PropertyFd &file, const ValueSection &old_section,
+                     const char *table) {
+  SectionBuilder section(image.header.param_num);
+  const uint32_t result = assemble(image, table, section);
+  return result == ZRCFG_OK ? store_section(image, file, old_section, section) : result;
+}
+
+}  // namespace
+
+uint32_t build_value_table(OpenObject &object, char **table) {
+  return build_table(*object.loaded.image, object.loaded.section, table);
+}
+
+uint32_t store_value_table(OpenObject &object, const char *table) {
+  return store_table(*object.loaded.image, object.file, object.loaded.section, table);
+}
+
+}  // namespace zrcfg
+
+using namespace zrcfg;
+
+extern "C" {
+
+ZRCFG_EXPORT int constructParamValues(ZrcfgObject *image, char **pValue) {
+  if (image == nullptr || pValue == nullptr) {
+    return ZRCFG_E_ARGUMENT;
+  }
+  const ObjectImage &object = *static_cast<ObjectImage *>(image);
+  FreshSection fresh;
+  uint32_t result = fresh.load(object, Access::kRead);
+  if (result == ZRCFG_E_MEMORY) {
+    ZRCFG_TRACE("pBuf is NULL\n");
+  }
+  if (result == ZRCFG_OK) {
+    result = build_table(object, fresh.loaded.section, pValue);
+  }
+  return static_cast<int>(result);
+}
+
+ZRCFG_EXPORT int setParamValuesToMem(ZrcfgObject *image, char *pValue) {
+  if (image == nullptr || pValue == nullptr) {
+    ZRCFG_TRACE("Input parameters can't be NULL\n");
+    return ZRCFG_E_ARGUMENT;
+  }
+  ObjectImage &object = *static_cast<ObjectImage *>(image);
+  FreshSection fresh;
+  uint32_t result = fresh.load(object, Access::kWrite);
+  if (result == ZRCFG_E_MEMORY) {
+    ZRCFG_TRACE("pWriteBuf malloc failed\n");
+  }
+  if (result == ZRCFG_OK) {
+    result = store_table(object, fresh.file, fresh.loaded.section, pValue);
+  }
+  return static_cast<int>(result);
+}
+
+}  // extern "C"
