@@ -17,6 +17,10 @@ show get --names $device.Manufacturer $device.ModelName $device.SoftwareVersion
 show get InternetGatewayDevice.WANDevice.1.WANConnectionNumberOfEntries
 
 echo
+echo "== all values of an object"
+show list InternetGatewayDevice.Time.
+
+echo
 echo "== setting one and reading it back"
 show get $wlan.SSID
 show set $wlan.SSID="Quick start"
@@ -31,6 +35,17 @@ after=$(stat -c 'inode %i, modified %y' "$file")
 echo "before: $before"
 echo "after:  $after"
 [ "$before" = "$after" ]
+
+echo
+echo "== several values at once: one is refused, so the object stays as it is"
+before=$(cksum "$file")
+echo "\$ zrcfg set $wlan.Channel=11 $wlan.Enable=perhaps"
+if "$zrcfg" set $wlan.Channel=11 $wlan.Enable=perhaps 2>&1; then
+  echo "the value was not refused" >&2
+  exit 1
+fi
+show get --names $wlan.Channel $wlan.Enable
+[ "$before" = "$(cksum "$file")" ]
 
 echo
 echo "== another process holds the lock for a second"

@@ -31,10 +31,6 @@ expect "carriage return" "$err/$status" \
 before=$(md5sum <$file)
 run set A.First=x A.Second
 expect "all arguments are checked first" "$err/$status/$(md5sum <$file)" "zrcfg: A.Second: not PATH=VALUE/2/$before"
-run set A.First=x A.Missing=y A.Third=z
-expect "the first refusal ends it" "$err/$status" "zrcfg: set A.Missing: refused with 5: no such parameter/1"
-run get A.First A.Third
-expect "what was set before it stays" "$out" "$(printf 'x\n')"
 run set B.First=x
 expect "missing object" "$err/$status" "zrcfg: set B.First: refused with 9: no such object/1"
 

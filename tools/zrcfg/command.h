@@ -21,10 +21,14 @@ struct Command {
   const char *arguments;    // As the usage line shows them.
   const char *description;  // One line a line, indented by the help.
   int (*run)(const Options &options, const Arguments &arguments);
+  bool needs_argument;
 };
 
 int run_get(const Options &options, const Arguments &arguments);
 int run_set(const Options &options, const Arguments &arguments);
+int run_list(const Options &options, const Arguments &arguments);
+int run_encode(const Options &options, const Arguments &arguments);
+int run_decode(const Options &options, const Arguments &arguments);
 int run_exists(const Options &options, const Arguments &arguments);
 
 }  // namespace zrcfg_tool

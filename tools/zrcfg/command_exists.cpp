@@ -1,5 +1,6 @@
 // exists URL: tells by the exit code whether an object exists.
 #include "tools/zrcfg/command.h"
+#include "tools/zrcfg/object_url.h"
 #include "tools/zrcfg/report.h"
 #include "zrcfg.h"
 
@@ -10,11 +11,15 @@ int run_exists(const Options &, const Arguments &arguments) {
     complain("exists takes one URL");
     return kExitUsage;
   }
-  const uint32_t result = CheckObjExist(arguments.values[0]);
+  ObjectUrl url;
+  if (!parse_object_url(arguments.values[0], url)) {
+    return kExitUsage;
+  }
+  const uint32_t result = CheckObjExist(url.text);
   if (result == ZRCFG_OK) {
     return kExitOk;
   }
-  report_refusal("exists", arguments.values[0], "", result);
+  report_refusal("exists", url.text, "", result);
   return kExitRefused;
 }
 

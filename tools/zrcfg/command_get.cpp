@@ -3,48 +3,51 @@
 #include <string.h>
 
 #include "tools/zrcfg/command.h"
-#include "tools/zrcfg/param_path.h"
 #include "tools/zrcfg/report.h"
+#include "tools/zrcfg/value_requests.h"
 #include "zrcfg.h"
 
 namespace zrcfg_tool {
 namespace {
 
-// The library leaves the buffer alone when there is no such parameter; no value holds a line feed.
-constexpr char kUntouched[] = "\n";
-
-bool print_value(const Options &options, const char *text, const ParamPath &path) {
-  char value[ZRCFG_VALUE_SIZE];
-  memcpy(value, kUntouched, sizeof kUntouched);
-  uint32_t result = zrcfg_getsingleparamval(path.url, path.name, value, options.timeout);
-  if (result == ZRCFG_OK && strcmp(value, kUntouched) == 0) {
-    result = ZRCFG_E_NO_PARAMETER;
+// Reads each object with as few calls as its parameters fit into.
+void read_all(const Options &options, RequestTable &requests) {
+  requests.group();
+  for (int group = 0; group < requests.group_count(); ++group) {
+    const int size = requests.group_size(group);
+    for (int from = 0; from < size; from += ZRCFG_MAX_REQUESTS) {
+      const int left = size - from;
+      const int served = left < ZRCFG_MAX_REQUESTS ? left : ZRCFG_MAX_REQUESTS;
+      read_stored(requests, group, from, from + served, options.timeout);
+    }
   }
-  if (result != ZRCFG_OK) {
-    report_refusal("get", path.url, path.name, result);
-    return false;
-  }
-  if (options.names) {
-    printf("%s=", text);
-  }
-  puts(value);
-  return true;
 }
 
 }  // namespace
 
 int run_get(const Options &options, const Arguments &arguments) {
-  ParamPath path;
+  RequestTable requests;
+  if (!requests.allocate(arguments.count)) {
+    return kExitRefused;
+  }
   for (int i = 0; i < arguments.count; ++i) {
-    if (!split_param_path(arguments.values[i], strlen(arguments.values[i]), path)) {
+    Request &request = requests.at(i);
+    request.text = arguments.values[i];
+    if (!split_param_path(request.text, strlen(request.text), request.path)) {
       return kExitUsage;
     }
   }
+  read_all(options, requests);
   int exit_code = kExitOk;
-  for (int i = 0; i < arguments.count; ++i) {
-    (void)split_param_path(arguments.values[i], strlen(arguments.values[i]), path);  // Held above.
-    if (!print_value(options, arguments.values[i], path)) {
+  for (int i = 0; i < requests.size(); ++i) {
+    const Request &request = requests.at(i);
+    if (request.result != ZRCFG_OK) {
+      report_refusal("get", request.path.url, request.path.name, request.result);
       exit_code = kExitRefused;
+    } else if (options.names) {
+      printf("%s=%s\n", request.text, request.stored);
+    } else {
+      puts(request.stored);
     }
   }
   return exit_code;

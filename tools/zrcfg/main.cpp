@@ -11,12 +11,20 @@ namespace {
 
 constexpr Command kCommands[] = {
     {"get", "PATH...", "prints the value of each parameter, one a line; --names prints PATH=VALUE",
-     run_get},
+     run_get, true},
     {"set", "PATH=VALUE...",
-     "sets parameters in this order; all arguments are checked before the first is set, and the\n"
-     "first refusal ends it; only the first = splits",
-     run_set},
-    {"exists", "URL", "exits with 0 when the object exists, else with 1", run_exists},
+     "sets parameters, object by object. All values are checked first and every refusal is\n"
+     "reported; an object of which one is refused is not changed. Equal values are not written.\n"
+     "--no-check leaves the parameters' filters out. Only the first = splits",
+     run_set, true},
+    {"list", "URL...", "prints PATH=VALUE for all visible parameters of each object", run_list,
+     true},
+    {"exists", "URL", "exits with 0 when the object exists, else with 1", run_exists, true},
+    {"encode", "[TEXT...]",
+     "prints each text, or standard input, in base64, or with --hex in hexadecimal digits",
+     run_encode, false},
+    {"decode", "[TEXT]", "the reverse; writes the bytes as they are, with no line end", run_decode,
+     false},
 };
 
 void print_indented(const char *text) {
@@ -44,11 +52,13 @@ void print_help(const Command *only) {
   }
   puts(
       "\nPATH is a full parameter path such as InternetGatewayDevice.DeviceInfo.SoftwareVersion,\n"
-      "URL an object's path with its final dot.\n\n"
+      "URL an object's path, with or without its final dot.\n\n"
       "Options:\n"
       "  -t, --timeout MS  how long to wait for the object's lock (default 3000); 0 tries once,\n"
       "                    -1 waits without limit, -2 takes no lock; 1 to 9 are refused\n"
       "  -n, --names       get: print PATH=VALUE\n"
+      "      --no-check    set: take values that the parameters' filters refuse\n"
+      "  -x, --hex         encode, decode: hexadecimal in place of base64\n"
       "  -h, --help        print this help, or that of a command\n"
       "  -V, --version     print the version\n\n"
       "Exit codes: 0 done; 1 refused by the store, with its code and meaning on standard error;\n"
@@ -102,7 +112,7 @@ int run(int argc, char **argv) {
     print_help(command);
     return kExitOk;
   }
-  if (first == rest_count) {
+  if (first == rest_count && command->needs_argument) {
     complain("%s takes %s", command->name, command->arguments);
     return wrong_usage();
   }

@@ -13,6 +13,7 @@ namespace zrcfg_tool {
 namespace {
 
 constexpr long kShortestTimedTry = 10;
+constexpr int kNoCheck = 256;  // An option without a letter.
 
 // A time-out that the library can honour: 1 to 9 would mean no try at all, and numbers below
 // ZRCFG_NO_LOCK would mean to retry for ever.
@@ -37,12 +38,15 @@ bool parse_timeout(const char *text, int &timeout) {
 int parse_options(int argc, char **argv, bool stop_at_argument, Options &options) {
   static const option kLongOptions[] = {{"timeout", required_argument, nullptr, 't'},
                                         {"names", no_argument, nullptr, 'n'},
+                                        {"no-check", no_argument, nullptr, kNoCheck},
+                                        {"hex", no_argument, nullptr, 'x'},
                                         {"help", no_argument, nullptr, 'h'},
                                         {"version", no_argument, nullptr, 'V'},
                                         {nullptr, 0, nullptr, 0}};
   optind = 0;  // Starts anew: the program parses twice.
   for (;;) {
-    switch (getopt_long(argc, argv, stop_at_argument ? "+t:nhV" : "t:nhV", kLongOptions, nullptr)) {
+    switch (
+        getopt_long(argc, argv, stop_at_argument ? "+t:nxhV" : "t:nxhV", kLongOptions, nullptr)) {
       case -1:
         return optind;
       case 't':
@@ -52,6 +56,12 @@ int parse_options(int argc, char **argv, bool stop_at_argument, Options &options
         break;
       case 'n':
         options.names = true;
+        break;
+      case kNoCheck:
+        options.check = false;
+        break;
+      case 'x':
+        options.hex = true;
         break;
       case 'h':
         options.help = true;

@@ -7,6 +7,8 @@ namespace zrcfg_tool {
 struct Options {
   int timeout = 3000;  // Milliseconds, as the library takes them.
   bool names = false;
+  bool check = true;  // Whether values have to pass their filters.
+  bool hex = false;
   bool help = false;
   bool version = false;
 };

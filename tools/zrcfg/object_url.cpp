@@ -1,0 +1,28 @@
+// An object URL as an argument.
+#include "tools/zrcfg/object_url.h"
+
+#include <string.h>
+
+#include "tools/zrcfg/report.h"
+
+namespace zrcfg_tool {
+
+bool parse_object_url(const char *text, ObjectUrl &url) {
+  const size_t length = strlen(text);
+  if (length == 0) {
+    complain("the object URL is empty");
+    return false;
+  }
+  const bool has_dot = text[length - 1] == '.';
+  if (length + (has_dot ? 0 : 1) >= sizeof url.text) {
+    complain("%s: the object URL is longer than 255 characters", text);
+    return false;
+  }
+  memcpy(url.text, text, length + 1);
+  if (!has_dot) {
+    memcpy(url.text + length, ".", 2);
+  }
+  return true;
+}
+
+}  // namespace zrcfg_tool

@@ -1,0 +1,19 @@
+// An object URL as an argument.
+#ifndef ZRCFG_TOOLS_ZRCFG_OBJECT_URL_H_
+#define ZRCFG_TOOLS_ZRCFG_OBJECT_URL_H_
+
+#include "zrcfg.h"
+
+namespace zrcfg_tool {
+
+struct ObjectUrl {
+  char text[ZRCFG_URL_SIZE];
+};
+
+// Takes an object's path with or without its final dot. Reports and returns false when it is empty
+// or too long.
+bool parse_object_url(const char *text, ObjectUrl &url);
+
+}  // namespace zrcfg_tool
+
+#endif  // ZRCFG_TOOLS_ZRCFG_OBJECT_URL_H_
