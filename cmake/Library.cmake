@@ -16,6 +16,17 @@ set(ZRCFG_LIBRARY_SOURCES
     core/store_file.cpp
     core/value_section.cpp
     core/visibility.cpp
+    lifecycle/add_instance.cpp
+    lifecycle/delete_instance.cpp
+    lifecycle/dir_tree.cpp
+    lifecycle/entry_counter.cpp
+    lifecycle/export_instances.cpp
+    lifecycle/export_values.cpp
+    lifecycle/instance_steps.cpp
+    lifecycle/instance_url.cpp
+    lifecycle/object_exists.cpp
+    lifecycle/static_instance.cpp
+    lifecycle/table.cpp
     lock/lock_file.cpp
     lock/object_lock.cpp
     values/bulk_calls.cpp

@@ -10,6 +10,16 @@
 
 namespace zrcfg {
 
+// Opens the object in a directory; logs a failure.
+inline uint32_t open_at(OpenObject &object, const DirPath &path, uint32_t rw_type, int timeout,
+                        Access access) {
+  const uint32_t result = open_object(object, path.text, rw_type, timeout, access);
+  if (result != ZRCFG_OK) {
+    ZRCFG_TRACE("createObjByPath() fail ret=%d!\n", static_cast<int>(result));
+  }
+  return result;
+}
+
 // Opens the object of `url` (known to be short enough), runs `work` on it and closes it on every
 // path. `work` takes an OpenObject & and returns the result code.
 template <typename Work>
@@ -17,9 +27,8 @@ uint32_t with_object(const char *url, uint32_t rw_type, int timeout, Access acce
   DirPath path;
   url_to_dir_path(url, path);
   OpenObject object;
-  uint32_t result = open_object(object, path.text, rw_type, timeout, access);
+  uint32_t result = open_at(object, path, rw_type, timeout, access);
   if (result != ZRCFG_OK) {
-    ZRCFG_TRACE("createObjByPath() fail ret=%d!\n", static_cast<int>(result));
     return result;
   }
   result = work(object);

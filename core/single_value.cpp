@@ -130,14 +130,12 @@ uint32_t load_fresh(FreshSection &fresh, const ObjectImage &image, Access access
 uint32_t write_on_its_own(ZrcfgObject *object, const ValueWrite &write) {
   ObjectImage &image = *static_cast<ObjectImage *>(object);
   report_changed(write, true);
-  if (strlen(write.value) > kMaxValueLength) {
-    return ZRCFG_E_MEMORY;
-  }
-  if (!is_single_line(write.name, write.value, strlen(write.value))) {
-    return ZRCFG_E_FILE;
+  uint32_t result = check_storable(write);
+  if (result != ZRCFG_OK) {
+    return result;
   }
   FreshSection fresh;
-  const uint32_t result = load_fresh(fresh, image, Access::kWrite);
+  result = load_fresh(fresh, image, Access::kWrite);
   if (result != ZRCFG_OK) {
     return result;
   }
@@ -152,6 +150,14 @@ uint32_t read_value(OpenObject &object, const char *name, char *value) {
 
 uint32_t write_value(OpenObject &object, const ValueWrite &write) {
   return write_into(*object.loaded.image, object.file, object.loaded.section, write);
+}
+
+uint32_t check_storable(const ValueWrite &write) {
+  const size_t length = strlen(write.value);
+  if (length > kMaxValueLength) {
+    return ZRCFG_E_MEMORY;
+  }
+  return is_single_line(write.name, write.value, length) ? ZRCFG_OK : ZRCFG_E_FILE;
 }
 
 bool value_length_ok(const char *name, const char *value) {

@@ -39,6 +39,9 @@ struct ValueWrite {
 uint32_t read_value(OpenObject &object, const char *name, char *value);
 uint32_t write_value(OpenObject &object, const ValueWrite &write);
 
+// What no writer may store: 15 for a value of 256 characters or more, 7 for one with a line feed.
+uint32_t check_storable(const ValueWrite &write);
+
 // The rule of every single write: logs and returns false for a value of 256 characters or more,
 // which is then ignored.
 bool value_length_ok(const char *name, const char *value);

@@ -354,6 +354,78 @@ int objIsHide(const void *header);
 /* The same for a parameter; `record` is the 124 bytes of its record. */
 int paramIsHide(const void *record);
 
+/* ---- Instances ----------------------------------------------------------------------------- */
+
+/* A table is an object whose instances are its numbered directories; "0" is the template. The
+ * instances of a dynamic table (`rw` not 0) are added and deleted by the calls below and counted in
+ * a parameter of the parent object; those of a fixed table (`rw` 0) by the static calls, uncounted.
+ * `url` is the table's URL. The counter is changed by one step from its stored value, under the
+ * parent's lock, when the table's lock has been released: for a moment it lags behind.
+ * Results of all that lock: 1 URL too long; 8 no property file; 9 lock not obtained; 10 null `url`,
+ * malformed file; and those named below. */
+
+/* Creates the instance with the lowest free number as a copy of the template and adds one to the
+ * counter. `*pIndex` (may be null) receives the number, also when a later step fails.
+ * Lock: that of the template, then the parent's, exclusive, never both. Results: 0; 2 fixed table,
+ * or no template; 4 no number free up to the table's limit; 17 the template could not be copied, or
+ * its paths do not fit. When the counter cannot be updated the instance is removed again and the
+ * result is that of the update (5: no such counter). */
+uint32_t zrcfg_addobject(const char *url, uint32_t *pIndex, int timeout);
+
+/* The same for a given number; 4 when it is below 1, above the limit, or taken. */
+uint32_t zrcfg_addobject_with_index(const char *url, int index, int timeout);
+
+/* Deletes an instance with all below it and takes one from the counter (0 stays 0). Number 0 is the
+ * template: without it the table takes no more instances.
+ * Locks as for creation. Results: 0; 1 also when there is no such instance; 2 fixed table, or no
+ * template; 18 the instance could not be opened. When the counter cannot be updated the result is
+ * that of the update, and the instance stays deleted. */
+uint32_t zrcfg_delobject(const char *url, int index, int timeout);
+
+/* Creates instance `index` of a fixed table as a copy of instance `source_index`; the table's limit
+ * does not matter. Lock: the table's, exclusive. Results: 0; 2 dynamic table, or no such source; 4
+ * `index` below 1, taken, or its path too long; 17 the source could not be copied. */
+uint32_t zrcfg_addobject_static(const char *url, int index, int source_index, int timeout);
+
+/* Deletes instance `index` of a fixed table. Lock: the table's, exclusive. Results: 0; 1 also when
+ * there is no such instance; 2 dynamic table; 18 the instance could not be opened. */
+uint32_t zrcfg_delobject_static(const char *url, int index, int timeout);
+
+/* Tells whether the object's directory can be opened: 1 it can; 0 not, or URL too long; 10 null.
+ * Takes no lock. */
+uint32_t zrcfg_isobjectexist(const char *url);
+
+/* ---- Export -------------------------------------------------------------------------------- */
+
+/* Replaying a configuration. `mode` selects what is written: 1, 2 and 3 only parameters (or tables,
+ * for instances) with bit 0, 1 or 2 of their `key` set, any other mode everything. What is held
+ * back is no error: `*pWriteFlag` (may be null) receives 1 when the call wrote, else 0. */
+
+/* Sets one value without a lock. A name that no parameter has is skipped (0, flag 0).
+ * Results: 0; 1 URL too long; 8 no property file; 10 null `url`, malformed file; -1 any failure of
+ * the write, a null name or value, a line feed in the value; the flag is then untouched. */
+uint32_t zrcfg_exportsingleparamval(const char *url, const char *name, const char *value, int mode,
+                                    uint8_t *pWriteFlag);
+
+/* Sets the values named in `list` with one write of the file, which is made even when all are held
+ * back. Values are cut to 255 characters. Each node of an existing parameter receives in `changed`
+ * whether it was written, and then the parameter's attributes; `old_value` is not filled.
+ * Lock: exclusive. Results as for zrcfg_setmultiparamval. */
+uint32_t zrcfg_exportmultiparamval(const char *url, ParamValueEntry *list, int timeout, int mode);
+
+/* Creates the instance that `pUrl` names (with or without a final dot). An instance that exists is
+ * deleted first, by a nested zrcfg_delobject with a time-out of 3000 ms: under the lock that this
+ * call holds it fails with 9, so replacing needs ZRCFG_NO_LOCK.
+ * Lock: that of the template, then the parent's. Results: 0; 1 no instance URL, or too long; 2
+ * fixed table, or no template; 4 number above the limit; 8, 9, 10 as for creation; 17 the template
+ * could not be copied; those of the counter's update, the instance is then removed again. */
+uint32_t zrcfg_exportaddobject(const char *pUrl, int timeout, int mode, uint8_t *pWriteFlag);
+
+/* Deletes the instance that `pUrl` names. Results as for zrcfg_exportaddobject, 1 also for a missing
+ * instance, 18 when it could not be opened. The instance stays deleted when the counter cannot be
+ * updated. */
+uint32_t zrcfg_exportdelobject(const char *pUrl, int timeout, int mode, uint8_t *pWriteFlag);
+
 /* ---- Locks --------------------------------------------------------------------------------- */
 
 /* Takes the lock of object `url`. `*fd` receives the descriptor that holds it (close-on-exec), or

@@ -35,19 +35,6 @@ int find_requested(RecordIndex &index, ObjectImage &image, const ParamValueEntry
   return index.find(node.name);
 }
 
-void report_attributes(const ParamRecord &record, ParamValueEntry &node) {
-  node.flash_rw = record_field::kFlashRw.get(record) & 1u;
-  node.noti = record_field::kNoti.get(record) & 15u;
-  node.inform_dbus = record.inform_dbus;
-  node.namechange = record_field::kNamechange.get(record) & 1u;
-  node.inform_tr069 = record_field::kInformTr069.get(record) & 1u;
-  ZRCFG_TRACE("pList's flash_rw= %d\n", node.flash_rw);
-  ZRCFG_TRACE("pList's noti= %d\n", node.noti);
-  ZRCFG_TRACE("pList's inform_dbus= %d\n", node.inform_dbus);
-  ZRCFG_TRACE("pList's namechange= %d\n", node.namechange);
-  ZRCFG_TRACE("pList's inform_tr069= %d\n", node.inform_tr069);
-}
-
 void set_slot(const ParamRecord &record, char *slot, ParamValueEntry &node, const char *name) {
   ZRCFG_TRACE("param->name = %s value = %s\n", name, node.value);
   strncpy(node.old_value, slot, kMaxValueLength);
@@ -102,6 +89,19 @@ uint32_t check_values(ObjectImage &image, ParamValueEntry *list) {
 }
 
 }  // namespace
+
+void report_attributes(const ParamRecord &record, ParamValueEntry &node) {
+  node.flash_rw = record_field::kFlashRw.get(record) & 1u;
+  node.noti = record_field::kNoti.get(record) & 15u;
+  node.inform_dbus = record.inform_dbus;
+  node.namechange = record_field::kNamechange.get(record) & 1u;
+  node.inform_tr069 = record_field::kInformTr069.get(record) & 1u;
+  ZRCFG_TRACE("pList's flash_rw= %d\n", node.flash_rw);
+  ZRCFG_TRACE("pList's noti= %d\n", node.noti);
+  ZRCFG_TRACE("pList's inform_dbus= %d\n", node.inform_dbus);
+  ZRCFG_TRACE("pList's namechange= %d\n", node.namechange);
+  ZRCFG_TRACE("pList's inform_tr069= %d\n", node.inform_tr069);
+}
 
 uint32_t output_values(ObjectImage &image, const char *table, ParamValueEntry *list) {
   RecordIndex index(records(image));

@@ -35,6 +35,9 @@ uint32_t apply_values(ObjectImage &image, char *table, ParamValueEntry *list);
 uint32_t restore_values(ObjectImage &image, char *table, ParamValueEntry *list, bool &restored);
 uint32_t apply_checked_values(ObjectImage &image, char *table, ParamValueEntry *list);
 
+// Copies a record's attributes into the node that has set its value, and logs them.
+void report_attributes(const ParamRecord &record, ParamValueEntry &node);
+
 }  // namespace zrcfg
 
 #endif  // ZRCFG_VALUES_BULK_VALUES_H_

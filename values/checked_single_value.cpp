@@ -49,14 +49,10 @@ ZRCFG_EXPORT int set_single_param_value_by_param_name_check(ZrcfgObject *image,
   if (image == nullptr || paramName == nullptr || value == nullptr || oldValue == nullptr) {
     return ZRCFG_E_ARGUMENT;
   }
-  const size_t length = strlen(value);
-  if (length > kMaxValueLength) {
-    return ZRCFG_E_MEMORY;
+  uint32_t result = check_storable({paramName, value, nullptr, nullptr});
+  if (result == ZRCFG_OK) {
+    result = check_value(*static_cast<ObjectImage *>(image), paramName, value);
   }
-  if (!is_single_line(paramName, value, length)) {
-    return ZRCFG_E_FILE;
-  }
-  uint32_t result = check_value(*static_cast<ObjectImage *>(image), paramName, value);
   if (result == ZRCFG_OK) {
     result = set_single_param_value_by_param_name(image, paramName, value,
                                                   reinterpret_cast<uint8_t *>(changed), oldValue);
