@@ -3,6 +3,7 @@ set -euo pipefail
 zrcfg=$1
 device=InternetGatewayDevice.DeviceInfo
 wlan=InternetGatewayDevice.LANDevice.1.WLANConfiguration.1
+wan=InternetGatewayDevice.WANDevice.1.WANConnectionDevice.1
 file=/var/$(tr . / <<<"$wlan")/property.conf
 lock=/var/InternetGatewayDevice/LANDevice/0/property.conf
 
@@ -46,6 +47,16 @@ if "$zrcfg" set $wlan.Channel=11 $wlan.Enable=perhaps 2>&1; then
 fi
 show get --names $wlan.Channel $wlan.Enable
 [ "$before" = "$(cksum "$file")" ]
+
+echo
+echo "== adding a WAN connection, and deleting it"
+show get $wan.WANIPConnectionNumberOfEntries
+connection=$("$zrcfg" add $wan.WANIPConnection)
+echo "\$ zrcfg add $wan.WANIPConnection"
+echo "$connection"
+show get --names $wan.WANIPConnectionNumberOfEntries "${connection}Name" "${connection}Enable"
+show del "$connection"
+show get $wan.WANIPConnectionNumberOfEntries
 
 echo
 echo "== another process holds the lock for a second"

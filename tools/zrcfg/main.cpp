@@ -19,6 +19,14 @@ constexpr Command kCommands[] = {
      run_set, true},
     {"list", "URL...", "prints PATH=VALUE for all visible parameters of each object", run_list,
      true},
+    {"add", "URL [INDEX]",
+     "creates an instance of a table, with the lowest free number unless INDEX says another, and\n"
+     "prints its URL. Fixed tables need --static, and --from for the instance that is copied",
+     run_add, true},
+    {"del", "INSTANCE-URL...",
+     "deletes instances with all below them; --static for fixed tables. Instance 0, the template,\n"
+     "only with --template",
+     run_del, true},
     {"exists", "URL", "exits with 0 when the object exists, else with 1", run_exists, true},
     {"encode", "[TEXT...]",
      "prints each text, or standard input, in base64, or with --hex in hexadecimal digits",
@@ -58,6 +66,9 @@ void print_help(const Command *only) {
       "                    -1 waits without limit, -2 takes no lock; 1 to 9 are refused\n"
       "  -n, --names       get: print PATH=VALUE\n"
       "      --no-check    set: take values that the parameters' filters refuse\n"
+      "      --static      add, del: the table is a fixed one\n"
+      "      --from N      add --static: the instance to copy\n"
+      "      --template    del: allow deleting the template\n"
       "  -x, --hex         encode, decode: hexadecimal in place of base64\n"
       "  -h, --help        print this help, or that of a command\n"
       "  -V, --version     print the version\n\n"

@@ -5,7 +5,9 @@
 #include <getopt.h>
 #include <limits.h>
 #include <stdlib.h>
+#include <string.h>
 
+#include "tools/zrcfg/number.h"
 #include "tools/zrcfg/report.h"
 #include "zrcfg.h"
 
@@ -13,7 +15,12 @@ namespace zrcfg_tool {
 namespace {
 
 constexpr long kShortestTimedTry = 10;
-constexpr int kNoCheck = 256;  // An option without a letter.
+
+// Options without a letter.
+constexpr int kNoCheck = 256;
+constexpr int kStatic = 257;
+constexpr int kFrom = 258;
+constexpr int kTemplate = 259;
 
 // A time-out that the library can honour: 1 to 9 would mean no try at all, and numbers below
 // ZRCFG_NO_LOCK would mean to retry for ever.
@@ -33,44 +40,59 @@ bool parse_timeout(const char *text, int &timeout) {
   return true;
 }
 
+bool parse_source(const char *text, int &from) {
+  if (parse_number(text, strlen(text), from)) {
+    return true;
+  }
+  complain("--from %s: not an instance number", text);
+  return false;
+}
+
+// Takes one option that getopt_long has found; false for one that it refused.
+bool apply_option(int option, Options &options) {
+  switch (option) {
+    case 't':
+      return parse_timeout(optarg, options.timeout);
+    case kFrom:
+      return parse_source(optarg, options.from);
+    case 'n':
+      return options.names = true;
+    case 'x':
+      return options.hex = true;
+    case 'h':
+      return options.help = true;
+    case 'V':
+      return options.version = true;
+    case kStatic:
+      return options.fixed = true;
+    case kTemplate:
+      return options.allow_template = true;
+    case kNoCheck:
+      options.check = false;
+      return true;
+    default:
+      return false;
+  }
+}
+
 }  // namespace
 
 int parse_options(int argc, char **argv, bool stop_at_argument, Options &options) {
-  static const option kLongOptions[] = {{"timeout", required_argument, nullptr, 't'},
-                                        {"names", no_argument, nullptr, 'n'},
-                                        {"no-check", no_argument, nullptr, kNoCheck},
-                                        {"hex", no_argument, nullptr, 'x'},
-                                        {"help", no_argument, nullptr, 'h'},
-                                        {"version", no_argument, nullptr, 'V'},
-                                        {nullptr, 0, nullptr, 0}};
+  static const option kLongOptions[] = {
+      {"timeout", required_argument, nullptr, 't'}, {"names", no_argument, nullptr, 'n'},
+      {"no-check", no_argument, nullptr, kNoCheck}, {"static", no_argument, nullptr, kStatic},
+      {"from", required_argument, nullptr, kFrom},  {"template", no_argument, nullptr, kTemplate},
+      {"hex", no_argument, nullptr, 'x'},           {"help", no_argument, nullptr, 'h'},
+      {"version", no_argument, nullptr, 'V'},       {nullptr, 0, nullptr, 0}};
   optind = 0;  // Starts anew: the program parses twice.
   for (;;) {
-    switch (
-        getopt_long(argc, argv, stop_at_argument ? "+t:nxhV" : "t:nxhV", kLongOptions, nullptr)) {
-      case -1:
-        return optind;
-      case 't':
-        if (!parse_timeout(optarg, options.timeout)) {
-          return -1;
-        }
-        break;
-      case 'n':
-        options.names = true;
-        break;
-      case kNoCheck:
-        options.check = false;
-        break;
-      case 'x':
-        options.hex = true;
-        break;
-      case 'h':
-        options.help = true;
-        break;
-      case 'V':
-        options.version = true;
-        break;
-      default:
-        return -1;  // getopt_long has said what is wrong.
+    const int option =
+        getopt_long(argc, argv, stop_at_argument ? "+t:nxhV" : "t:nxhV", kLongOptions, nullptr);
+    if (option == -1) {
+      return optind;
+    }
+    if (!apply_option(option, options)) {
+      return -1;
     }
   }
 }

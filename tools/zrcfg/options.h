@@ -4,10 +4,15 @@
 
 namespace zrcfg_tool {
 
+inline constexpr int kNoInstance = -1;
+
 struct Options {
   int timeout = 3000;  // Milliseconds, as the library takes them.
   bool names = false;
-  bool check = true;  // Whether values have to pass their filters.
+  bool check = true;            // Whether values have to pass their filters.
+  bool fixed = false;           // The table is a fixed one.
+  int from = kNoInstance;       // The instance to copy.
+  bool allow_template = false;  // Whether the template may be deleted.
   bool hex = false;
   bool help = false;
   bool version = false;

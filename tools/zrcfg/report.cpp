@@ -17,7 +17,7 @@ struct Meaning {
 constexpr Meaning kMeanings[] = {
     {ZRCFG_OK, "done"},
     {ZRCFG_E_NOT_FOUND, "no such object, or its URL is too long"},
-    {ZRCFG_E_NOT_DYNAMIC, "not a table of that kind, or its template is missing"},
+    {ZRCFG_E_NOT_DYNAMIC, "not a table of that kind, or without the instance to copy"},
     {ZRCFG_E_LIMIT, "instance limit reached, or the instance exists already"},
     {ZRCFG_E_NO_PARAMETER, "no such parameter"},
     {ZRCFG_E_NO_VALUES, "the object has no parameters"},
@@ -35,6 +35,16 @@ constexpr Meaning kMeanings[] = {
     {ZRCFG_E_REMOVE, "removing the instance failed"},
     {ZRCFG_E_FAILED, "failed"},
 };
+
+// Where no file lies there is no lock either, so both codes may just mean a missing object.
+bool is_missing(const char *url, uint32_t result) {
+  return (result == ZRCFG_E_LOCK || result == ZRCFG_E_NO_FILE) && zrcfg_isobjectexist(url) == 0;
+}
+
+void report(const char *command, const char *url, const char *name, uint32_t result,
+            const char *meaning) {
+  complain("%s %s%s: refused with %d: %s", command, url, name, static_cast<int>(result), meaning);
+}
 
 }  // namespace
 
@@ -57,12 +67,18 @@ const char *meaning_of(uint32_t result) {
 }
 
 void report_refusal(const char *command, const char *url, const char *name, uint32_t result) {
-  // Where no file lies there is no lock either, so both codes may just mean a missing object.
-  const bool may_be_missing = result == ZRCFG_E_LOCK || result == ZRCFG_E_NO_FILE;
-  const char *const meaning = may_be_missing && CheckObjExist(url) == ZRCFG_E_NOT_FOUND
-                                  ? "no such object"
-                                  : meaning_of(result);
-  complain("%s %s%s: refused with %d: %s", command, url, name, static_cast<int>(result), meaning);
+  const char *const meaning = is_missing(url, result) ? "no such object" : meaning_of(result);
+  report(command, url, name, result, meaning);
+}
+
+void report_table_refusal(const char *command, const char *url, const char *name, uint32_t result) {
+  char instance[ZRCFG_URL_SIZE + 2];
+  (void)snprintf(instance, sizeof instance, "%s0.", url);  // Fits.
+  if (!is_missing(url, result) && is_missing(instance, result)) {
+    report(command, url, name, result, meaning_of(ZRCFG_E_NOT_DYNAMIC));
+    return;
+  }
+  report_refusal(command, url, name, result);
 }
 
 }  // namespace zrcfg_tool

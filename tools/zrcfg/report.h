@@ -16,6 +16,9 @@ const char *meaning_of(uint32_t result);
 // empty), the code and its meaning.
 void report_refusal(const char *command, const char *url, const char *name, uint32_t result);
 
+// The same for a call on the instances of the table `url`: a missing template has no lock either.
+void report_table_refusal(const char *command, const char *url, const char *name, uint32_t result);
+
 }  // namespace zrcfg_tool
 
 #endif  // ZRCFG_TOOLS_ZRCFG_REPORT_H_
