@@ -1,6 +1,12 @@
 # libzrcfg.so from the sources of its folders.
 
 set(ZRCFG_LIBRARY_SOURCES
+    attr/attr_bulk_update.cpp
+    attr/attr_query.cpp
+    attr/attr_update.cpp
+    attr/object_attr.cpp
+    attr/param_attr.cpp
+    attr/property_update.cpp
     config/base64.cpp
     config/encryption_mode.cpp
     config/hex.cpp
@@ -16,6 +22,9 @@ set(ZRCFG_LIBRARY_SOURCES
     core/store_file.cpp
     core/value_section.cpp
     core/visibility.cpp
+    enum/node_info.cpp
+    enum/sub_objects.cpp
+    enum/url_split.cpp
     lifecycle/add_instance.cpp
     lifecycle/delete_instance.cpp
     lifecycle/dir_tree.cpp
@@ -29,13 +38,16 @@ set(ZRCFG_LIBRARY_SOURCES
     lifecycle/table.cpp
     lock/lock_file.cpp
     lock/object_lock.cpp
+    log/zrcfg_log.cpp
     values/bulk_calls.cpp
     values/bulk_values.cpp
     values/checked_single_value.cpp
     values/request_check.cpp
     values/value_filter.cpp
     values/value_list.cpp
-    values/value_table.cpp)
+    values/value_table.cpp
+    wan/connection_index.cpp
+    wan/xml_url.cpp)
 list(TRANSFORM ZRCFG_LIBRARY_SOURCES PREPEND ${PROJECT_SOURCE_DIR}/)
 
 # Defines a shared library of those sources; further arguments are libraries to compile with.

@@ -49,6 +49,9 @@ ZRCFG_EXPORT int ascii_to_hex(const char *in, unsigned char *out, int len) {
     ZRCFG_TRACE("ascii_to_hex nlen %d is not even.\n", len);
     return -1;
   }
+  if (len < 0) {
+    return -1;
+  }
   for (int i = 0; i < len; i += 2) {
     const int high = digit_value(in[i]);
     if (high < 0) {

@@ -16,10 +16,6 @@ constexpr size_t kMaxKeyLength = 256;
 constexpr char kValueOption[] = "value";
 constexpr char kEmptyValueText[] = "UCI_NULL";
 
-const char *text_or_null(const char *text) {
-  return text != nullptr ? text : "(null)";
-}
-
 bool is_name_character(char c) {
   return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || c == '_';
 }
@@ -27,7 +23,7 @@ bool is_name_character(char c) {
 void report_load_failure(uci_context *context, const char *path) {
   char *message = nullptr;
   uci_get_errorstr(context, &message, nullptr);
-  ZRCFG_TRACE("uci_load Path=%s error=%s fail!\n", path, text_or_null(message));
+  ZRCFG_TRACE("uci_load Path=%s error=%s fail!\n", path, trace_text(message));
   free(message);
 }
 
@@ -74,8 +70,8 @@ ZRCFG_EXPORT void unload_ucifile(struct uci_context *ctx, struct uci_package *pk
 
 ZRCFG_EXPORT int zrcfg_uci_get_config(const char *filePath, const char *key, char *out,
                                       unsigned outLen) {
-  ZRCFG_TRACE("zrfile_uci_get_config filepath=%s key=%s", text_or_null(filePath),
-              text_or_null(key));
+  ZRCFG_TRACE("zrfile_uci_get_config filepath=%s key=%s", trace_text(filePath),
+              trace_text(key));
   if (filePath == nullptr || key == nullptr || out == nullptr) {
     ZRCFG_TRACE("error input param\n");
     return -1;

@@ -6,6 +6,7 @@
 
 #include "core/object_image.h"
 #include "core/object_path.h"
+#include "core/refuse_null.h"
 #include "core/trace.h"
 
 namespace zrcfg {

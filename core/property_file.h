@@ -126,6 +126,9 @@ struct BitField {
 };
 
 namespace header_field {
+inline constexpr BitField kMaxInstance{5, 0, 8};
+inline constexpr BitField kDeviceType{6, 0, 8};
+inline constexpr BitField kLevel3{7, 0, 8};
 inline constexpr BitField kHide{8, 7, 1};
 inline constexpr BitField kFlag0{8, 6, 1};
 inline constexpr BitField kRw{8, 4, 2};
@@ -137,6 +140,9 @@ inline constexpr BitField kFlag11{9, 1, 1};
 }  // namespace header_field
 
 namespace record_field {
+inline constexpr BitField kType{0, 0, 8};
+inline constexpr BitField kInformDbus{1, 0, 8};
+inline constexpr BitField kDeviceType{2, 0, 8};
 inline constexpr BitField kRw{4, 6, 2};
 inline constexpr BitField kKey{4, 2, 4};
 inline constexpr BitField kEncryt{4, 0, 2};

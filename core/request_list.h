@@ -1,9 +1,10 @@
-// The one walk over a caller's request list, with its bound.
+// A caller's request list: the one walk over it, with its bound, and the flags of its nodes.
 #ifndef ZRCFG_CORE_REQUEST_LIST_H_
 #define ZRCFG_CORE_REQUEST_LIST_H_
 
 #include <stdint.h>
 
+#include "core/property_file.h"
 #include "zrcfg.h"
 
 namespace zrcfg {
@@ -24,6 +25,15 @@ uint32_t for_each_request(Node *list, Visit visit) {
     ++handled;
   }
   return ZRCFG_OK;
+}
+
+// Copies a record's attributes into the node's attribute word.
+inline void copy_flags(const ParamRecord &record, ParamValueEntry &node) {
+  node.flash_rw = record_field::kFlashRw.get(record) & 1u;
+  node.noti = record_field::kNoti.get(record) & 15u;
+  node.inform_dbus = record.inform_dbus;
+  node.namechange = record_field::kNamechange.get(record) & 1u;
+  node.inform_tr069 = record_field::kInformTr069.get(record) & 1u;
 }
 
 }  // namespace zrcfg

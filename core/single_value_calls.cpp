@@ -31,11 +31,6 @@ uint32_t set_value(const char *url, int timeout, const ValueWrite &write, const 
   });
 }
 
-uint32_t null_argument() {
-  ZRCFG_TRACE("Input parameters can't be NULL!\n");
-  return ZRCFG_E_ARGUMENT;
-}
-
 constexpr char kSetStep[] = "setSingleParamValueByParamName";
 constexpr char kSetOldValueStep[] = "set_single_param_value_by_param_name";
 
@@ -49,8 +44,7 @@ extern "C" {
 ZRCFG_EXPORT uint32_t zrcfg_getsingleparamval(const char *url, const char *name, char *value,
                                               int timeout) {
   if (url == nullptr || name == nullptr || value == nullptr) {
-    ZRCFG_TRACE("Input parameters can't be NULL\n");
-    return ZRCFG_E_ARGUMENT;
+    return refuse_null(NullText::kPlain);
   }
   if (!url_length_ok(url)) {
     return ZRCFG_E_NOT_FOUND;
@@ -73,7 +67,7 @@ ZRCFG_EXPORT uint32_t zrcfg_setsingleparamval_ext(const char *url, const char *n
                                                   const char *value, int timeout,
                                                   uint8_t *changed) {
   if (url == nullptr || name == nullptr || value == nullptr) {
-    return null_argument();
+    return refuse_null(NullText::kExclaimed);
   }
   return set_value(url, timeout, {name, value, changed, nullptr}, kSetStep);
 }
@@ -83,7 +77,7 @@ ZRCFG_EXPORT uint32_t zrcfg_setsingleparamval_ext_get_old_value(const char *url,
                                                                 uint8_t *changed, char *oldValue) {
   if (url == nullptr || name == nullptr || value == nullptr || changed == nullptr ||
       oldValue == nullptr) {
-    return null_argument();
+    return refuse_null(NullText::kExclaimed);
   }
   return set_value(url, timeout, {name, value, changed, oldValue}, kSetOldValueStep);
 }

@@ -13,6 +13,11 @@ inline unsigned trace_address(const void *pointer) {
   return static_cast<unsigned>(reinterpret_cast<unsigned long>(pointer));
 }
 
+// What "%s" prints for a text that may be null.
+inline const char *trace_text(const char *text) {
+  return text != nullptr ? text : "(null)";
+}
+
 }  // namespace zrcfg
 
 #endif  // ZRCFG_CORE_TRACE_H_

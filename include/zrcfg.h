@@ -441,6 +441,157 @@ uint32_t zrcfg_islock(const char *url);
  * descriptor cannot be closed. */
 int zrcfg_releaselock(int fd);
 
+/* ---- Attributes of parameters -------------------------------------------------------------- */
+
+/* What a list call reads or writes for each node (`mode`); `pAttr` points at the type named. A mode
+ * that is not one of the call's does nothing to the node (a writing call rewrites its record). */
+#define ZRCFG_ATTR_GET_ALL 16        /* ParamAttr, but for its reserved byte */
+#define ZRCFG_ATTR_GET_NOTI 17       /* uint8_t */
+#define ZRCFG_ATTR_GET_ACCESSLIST 18 /* char[16] */
+#define ZRCFG_ATTR_SET_ALL 19        /* ParamAttr; which of its fields, see each call */
+#define ZRCFG_ATTR_SET_NOTI 20       /* uint8_t, low 4 bits */
+#define ZRCFG_ATTR_SET_ACCESSLIST 21 /* char[16] */
+#define ZRCFG_ATTR_SET_CHANGE 22     /* ParamAttrChange */
+#define ZRCFG_ATTR_GET_FLAGS 23      /* the node's own flags and inform_dbus; no `pAttr` */
+
+/* Attribute numbers of the calls that take an attribute as text: 0 flash_rw, 1 hide, 2 rw, 3 noti,
+ * 4 noti_rw, 5 inform_dbus, 6 key, 7 encryt, 8 device_type, 9 type, 10 accesslist, 11 area,
+ * 12 namechange, 13 flash_encryt, 15 inform_tr069, 16 param_check. The text is a decimal number, of
+ * which the field's low bits are taken; for 10 and 11 a text of at most 15 and 27 characters, longer
+ * ones are cut. Any other number is accepted and changes nothing. */
+
+/* Results of all below: 1 URL too long; 8 no property file; 9 lock not obtained; 10 null argument,
+ * malformed file; and those named. Reading takes the shared lock, writing the exclusive one, unless
+ * said otherwise. A write that the medium refuses is logged, not reported. */
+
+/* Reads all attributes of parameter `name`; 0, or 5 when there is no such parameter. Hidden
+ * parameters are served too. The reserved byte of `*attr` is left as it was. */
+uint32_t zrcfg_getsingleparamattr(const char *url, const char *name, ParamAttr *attr, int timeout);
+
+/* The same for a full parameter path; -1 when it cannot be split. */
+uint32_t zrcfg_getsingleparamattr_ext(const char *path, ParamAttr *attr, int timeout);
+
+/* Reads attributes of the parameters named in `list`; unknown names are skipped. 0; 10 also for a
+ * null `pAttr` that the mode needs, before anything is filled; 14 list too long, the first 1001
+ * nodes are filled. Modes 16, 17, 18, 23. */
+uint32_t zrcfg_getmultiparamattr(const char *url, MultiAttrNode *list, int mode, int timeout);
+
+/* Lists the attributes of all visible parameters in file order: headTail[0] and headTail[1] receive
+ * the first and the last node, null when all are hidden. `url` stands before each name as given.
+ * 0; 1 also when the object is hidden; 15 no memory; 16 object without parameters. */
+uint32_t zrcfg_getallparamattr(const char *url, ParamAttrNode *headTail[2], int ignored,
+                               int timeout);
+
+/* Changes attributes of parameter `name`; 0, or 12 when there is no such parameter. Modes 19 (all
+ * fields but device_type and area), 20, 21, 22. */
+uint32_t zrcfg_setsingleparamattr(const char *url, const char *name, const void *input, int mode,
+                                  int timeout);
+
+/* Changes one attribute, given by number and text; results as above. */
+uint32_t zrcfg_setsingleparamattr_ext(const char *url, const char *name, int attrId,
+                                      const char *text, int timeout);
+
+/* The same for a full parameter path: 0, or -1 for any failure. */
+int zrcfg_singleparamattr_set_ext(const char *path, int attrId, const char *text, int timeout);
+
+/* Changes attributes of the parameters named in `list`; unknown names are skipped. 0; 10 also for a
+ * null `pAttr` that the mode needs, before anything is written; 14 list too long, the first 1001
+ * nodes are written. Modes 19 (all fields but param_check, which is handed back in the node's
+ * ParamAttr), 20, 21. */
+uint32_t zrcfg_setmultiparamattr(const char *url, MultiAttrNode *list, int mode, int timeout);
+
+/* Applies one change to all parameters of the object, hidden ones included. 0, or 16 for an object
+ * without parameters. Takes the shared lock only: it does not exclude readers. */
+uint32_t zrcfg_setallParamattr(const char *url, const ParamAttrChange *change, int timeout);
+
+/* ---- Attributes of objects ----------------------------------------------------------------- */
+
+/* Reads an object's attributes, of hidden objects too. The reserved bytes of `*attr` are left as
+ * they were. 0 or the codes above. */
+uint32_t zrcfg_getobjattr(const char *url, ObjAttr *attr, int timeout);
+
+/* Changes one attribute of an object: 0 flag0, 1 hide, 2 rw, 3 level3, 4 key, 5 max_instance,
+ * 10 level7, 11 flag9, 13 flag8, 14 flag11; the text is a decimal number, of which the field's low
+ * bits are taken. Any other number is accepted and changes nothing. 0 or the codes above. */
+uint32_t zrcfg_setsingleobjattr_ext(const char *url, int attrId, const char *text, int timeout);
+
+/* ---- The tree ------------------------------------------------------------------------------ */
+
+/* Lists the names of the object's sub-objects: numbers first by value, then names in byte order,
+ * without the template "0"; hidden ones are listed too. `*ppList` receives the first node, null when
+ * there is none. Takes the shared lock with one try. 0; 1 URL too long, directory not readable; 9
+ * lock not obtained, no lock file; 10 null `url`; 15 no memory. */
+uint32_t zrcfg_getallsubobj(const char *url, SubObjName **ppList);
+
+/* Lists the visible sub-objects, in the same order, with URL and access right; those without a
+ * property file, or locked beyond the time-out, are left out. Each is opened under its own shared
+ * lock. 0; 1 URL too long, directory not readable; 10 null `url`. */
+int zrcfg_getsubobjinfo(const char *url, NODE_INFO **ppHead, NODE_INFO **ppTail, int timeout);
+
+/* Lists the object and its visible parameters with their access rights. 0; 1 URL too long, object
+ * hidden; 8 no property file; 9 lock not obtained; 10 null `url`, malformed file; 15 no memory. */
+uint32_t zrcfg_getallnodeinfo(const char *url, NODE_INFO **ppHead, NODE_INFO **ppTail, int timeout);
+
+/* Lists the object, its visible parameters and its visible sub-objects; with `recursive` the whole
+ * tree below it, each object followed by its parameters and then its sub-objects. Hidden objects are
+ * left out with all below them. No lock is held across the walk. 0, or -1 with nothing stored. Free
+ * the list with zrcfg_allnode_free. */
+int zrcfg_allnode_get(const char *url, int recursive, NODE_INFO **ppHead, int timeout);
+
+/* Frees a list of NODE_INFO; null is allowed. Always 0. */
+uint32_t zrcfg_allnode_free(NODE_INFO *head);
+
+/* Takes the instance numbers out of an object URL: `pIds` (nine words at least) receives their
+ * count and then the numbers, eight at most and of seven digits at most. Returns the count; 0 with
+ * nothing written for null. */
+uint32_t zrcfg_getobjidbyobjpath(const char *objPath, uint32_t *pIds);
+
+/* ---- WAN connections ----------------------------------------------------------------------- */
+
+/* A user index numbers WAN connections from 1: each connection device owns a block of twice the
+ * table's limit, first for its IP connections, then for its PPP connections. The calls return 0, or
+ * -1 for any failure, limits of 0 and null arguments included. */
+
+/* Replaces the instance numbers of a URL by "x" and collects them. At most ten components count;
+ * the text is cut to 127 characters. */
+int xmlurl_transform(const char *url, instanceStack *stack);
+
+/* The limits of instances of WANConnectionDevice and of connections below it. 0, or the codes of
+ * zrcfg_getobjattr with the output untouched. */
+uint32_t zrcfg_GetMaxWanNum(uint32_t *number);
+uint32_t zrcfg_GetMaxConNum(uint32_t *number);
+
+/* URL of (or below) a connection, of whatever WAN device, to connection index. `*index` is cleared
+ * when the URL has three numbers but is no connection's. */
+int zrcfg_getwanconindexfromxmlurl(const char *url, WanConIndex *index);
+
+/* Connection index to user index; `*userIndex` is 0 on failure, and for an unknown `conType`. */
+int zrcfg_getusrindexbywanconindex(const WanConIndex *index, uint32_t *userIndex);
+
+/* URL to user index; `*userIndex` is 0 on failure. */
+int zrcfg_getusrindexfromxmlurl(const char *url, uint32_t *userIndex);
+
+/* User index to connection index; the limit of connection devices is not looked at. */
+int zrcfg_getwanconindexbyusrindex(uint32_t userIndex, WanConIndex *index);
+
+/* ---- File logger --------------------------------------------------------------------------- */
+
+/* Settings, read at every call. The library's own diagnostics do not go here. */
+extern char zrcfg_log_file_path[64]; /* "/var/zrcfg.log" */
+extern int zrcfg_log_size;           /* KiB beyond which the log is rotated; 2000 */
+extern int zrcfg_log_out_mode;       /* 0 standard error, 1 file, 2 both; 1 */
+
+/* Creates the log file and the writers' mutex; 0, or -1 when there can be no mutex. */
+int init_zrcfg_logger(void);
+
+/* Writes "<time>,<where>[<line>]: " and the formatted text, which brings its own line feed, when
+ * the file "/usr/local/zr/log_switch/zrcfg_log_enable" exists. A log larger than the limit is first
+ * moved to "/var/zrcfg.log.bak". `level` is not used. 0 written or switched off; -1 log file not to
+ * be opened. The first call initialises; threads that share the logger call init_zrcfg_logger
+ * before. */
+int zrcfg_logger(int level, const char *where, int line, const char *fmt, ...)
+    __attribute__((format(printf, 4, 5)));
+
 /* ---- Settings and codecs ------------------------------------------------------------------- */
 
 /* Reads the option "value" of the section named `key` from the UCI file `filePath` (an absolute

@@ -1,5 +1,6 @@
 // Creating instances of dynamic tables.
 #include "core/export.h"
+#include "core/refuse_null.h"
 #include "core/trace.h"
 #include "lifecycle/instance_steps.h"
 #include "zrcfg.h"
@@ -12,8 +13,7 @@ constexpr char kCounterStep[] = "modifyParentNodeNumOfEntry";
 // The part of both calls before the number is chosen. On failure the table is closed.
 uint32_t open_for_creation(Table &table, const char *url, int timeout) {
   if (url == nullptr) {
-    ZRCFG_TRACE("Input parameters can't be NULL!\n");
-    return ZRCFG_E_ARGUMENT;
+    return refuse_null(NullText::kExclaimed);
   }
   ZRCFG_TRACE("objUrl =  %s\n", url);
   if (!url_length_ok(url)) {

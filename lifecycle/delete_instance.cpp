@@ -1,5 +1,6 @@
 // Deleting instances of dynamic tables.
 #include "core/export.h"
+#include "core/refuse_null.h"
 #include "core/trace.h"
 #include "lifecycle/instance_steps.h"
 #include "zrcfg.h"
@@ -8,8 +9,7 @@ using namespace zrcfg;
 
 extern "C" ZRCFG_EXPORT uint32_t zrcfg_delobject(const char *url, int index, int timeout) {
   if (url == nullptr) {
-    ZRCFG_TRACE("Input parameters can't be NULL!\n");
-    return ZRCFG_E_ARGUMENT;
+    return refuse_null(NullText::kExclaimed);
   }
   ZRCFG_TRACE("objUrl =  %s\n", url);
   if (!url_length_ok(url)) {

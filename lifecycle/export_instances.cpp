@@ -2,6 +2,7 @@
 #include <string.h>
 
 #include "core/export.h"
+#include "core/refuse_null.h"
 #include "core/trace.h"
 #include "lifecycle/export_mode.h"
 #include "lifecycle/instance_steps.h"
@@ -125,8 +126,7 @@ uint32_t delete_selected(Table &table, int index, int timeout) {
 uint32_t export_instance(const char *url, int timeout, int mode, uint8_t *write_flag,
                          uint32_t (*work)(Table &table, int index, int timeout)) {
   if (url == nullptr) {
-    ZRCFG_TRACE("Input parameters can't be NULL!\n");
-    return ZRCFG_E_ARGUMENT;
+    return refuse_null(NullText::kExclaimed);
   }
   ExportedInstance instance;
   uint32_t result = open_exported(instance, url, timeout, mode);

@@ -50,7 +50,7 @@ bool any_null(const void *first, const void *second, const void *third) {
   if (first != nullptr && second != nullptr && third != nullptr) {
     return false;
   }
-  ZRCFG_TRACE("Input parameters can't be NULL\n");
+  (void)refuse_null(NullText::kPlain);  // Only its text is wanted; the callers have their results.
   return true;
 }
 
@@ -139,8 +139,7 @@ ZRCFG_EXPORT uint32_t export_modiMultiParamValues(ZrcfgObject *image, char *valu
 ZRCFG_EXPORT uint32_t zrcfg_exportsingleparamval(const char *url, const char *name,
                                                  const char *value, int mode, uint8_t *pWriteFlag) {
   if (url == nullptr) {
-    ZRCFG_TRACE("Input parameters can't be NULL!\n");
-    return ZRCFG_E_ARGUMENT;
+    return refuse_null(NullText::kExclaimed);
   }
   if (!url_length_ok(url)) {
     return ZRCFG_E_NOT_FOUND;
@@ -163,8 +162,7 @@ ZRCFG_EXPORT uint32_t zrcfg_exportsingleparamval(const char *url, const char *na
 ZRCFG_EXPORT uint32_t zrcfg_exportmultiparamval(const char *url, ParamValueEntry *list, int timeout,
                                                 int mode) {
   if (url == nullptr || list == nullptr) {
-    ZRCFG_TRACE("Input parameters can't be NULL!\n");
-    return ZRCFG_E_ARGUMENT;
+    return refuse_null(NullText::kExclaimed);
   }
   ZRCFG_TRACE("objUrl = %s\n", url);
   if (!url_length_ok(url)) {

@@ -1,6 +1,7 @@
 // The existence test of the instance calls.
 #include "core/export.h"
 #include "core/object_path.h"
+#include "core/refuse_null.h"
 #include "core/trace.h"
 #include "zrcfg.h"
 
@@ -8,8 +9,7 @@ using namespace zrcfg;
 
 extern "C" ZRCFG_EXPORT uint32_t zrcfg_isobjectexist(const char *url) {
   if (url == nullptr) {
-    ZRCFG_TRACE("Input parameters can't be NULL!\n");
-    return ZRCFG_E_ARGUMENT;
+    return refuse_null(NullText::kExclaimed);
   }
   ZRCFG_TRACE("objUrl =  %s\n", url);
   if (!url_length_ok(url)) {

@@ -2,6 +2,7 @@
 #include <string.h>
 
 #include "core/export.h"
+#include "core/refuse_null.h"
 #include "core/trace.h"
 #include "lifecycle/dir_tree.h"
 #include "lifecycle/instance_steps.h"
@@ -31,11 +32,6 @@ uint32_t open_fixed_table(Table &table, const char *url, int timeout, const char
   }
   ZRCFG_TRACE("%s static obj->ubv.boolval.rw=%d\n", verb, table.rw());
   return table.rw() == 0 ? ZRCFG_OK : close_with(table, ZRCFG_E_NOT_DYNAMIC);
-}
-
-uint32_t null_argument() {
-  ZRCFG_TRACE("Input parameters can't be NULL!\n");
-  return ZRCFG_E_ARGUMENT;
 }
 
 uint32_t copy_static(const Table &table, int index, int source_index) {
@@ -74,7 +70,7 @@ extern "C" {
 ZRCFG_EXPORT uint32_t zrcfg_addobject_static(const char *url, int index, int source_index,
                                              int timeout) {
   if (url == nullptr) {
-    return null_argument();
+    return refuse_null(NullText::kExclaimed);
   }
   ZRCFG_TRACE("add static objUrl =  %s index = %d source_index = %d\n", url, index, source_index);
   Table table;
@@ -84,7 +80,7 @@ ZRCFG_EXPORT uint32_t zrcfg_addobject_static(const char *url, int index, int sou
 
 ZRCFG_EXPORT uint32_t zrcfg_delobject_static(const char *url, int index, int timeout) {
   if (url == nullptr) {
-    return null_argument();
+    return refuse_null(NullText::kExclaimed);
   }
   ZRCFG_TRACE("del static objUrl =  %s index = %d\n", url, index);
   Table table;

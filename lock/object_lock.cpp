@@ -9,6 +9,7 @@
 
 #include "core/export.h"
 #include "core/property_file.h"
+#include "core/refuse_null.h"
 #include "core/store_file.h"
 #include "core/trace.h"
 #include "lock/lock_file.h"
@@ -78,8 +79,7 @@ uint32_t lock_file(const char *path, int opened, int *fd, int timeout, uint32_t 
 // Checks shared by the exported calls that take a URL; 0 when `path` is made.
 uint32_t checked_dir_path(const char *url, DirPath &path) {
   if (url == nullptr) {
-    ZRCFG_TRACE("Input parameters can't be NULL!\n");
-    return ZRCFG_E_ARGUMENT;
+    return refuse_null(NullText::kExclaimed);
   }
   ZRCFG_TRACE("objUrl =  %s\n", url);
   if (!url_length_ok(url)) {

@@ -6,6 +6,7 @@
 #include "core/export.h"
 #include "core/property_file.h"
 #include "core/record_index.h"
+#include "core/refuse_null.h"
 #include "core/request_list.h"
 #include "core/single_value.h"
 #include "core/trace.h"
@@ -91,11 +92,7 @@ uint32_t check_values(ObjectImage &image, ParamValueEntry *list) {
 }  // namespace
 
 void report_attributes(const ParamRecord &record, ParamValueEntry &node) {
-  node.flash_rw = record_field::kFlashRw.get(record) & 1u;
-  node.noti = record_field::kNoti.get(record) & 15u;
-  node.inform_dbus = record.inform_dbus;
-  node.namechange = record_field::kNamechange.get(record) & 1u;
-  node.inform_tr069 = record_field::kInformTr069.get(record) & 1u;
+  copy_flags(record, node);
   ZRCFG_TRACE("pList's flash_rw= %d\n", node.flash_rw);
   ZRCFG_TRACE("pList's noti= %d\n", node.noti);
   ZRCFG_TRACE("pList's inform_dbus= %d\n", node.inform_dbus);
@@ -163,7 +160,8 @@ bool any_null(const void *image, const void *table, const void *list) {
   if (image != nullptr && table != nullptr && list != nullptr) {
     return false;
   }
-  ZRCFG_TRACE("Input parameters can't be NULL!\n");
+  (void)refuse_null(
+      NullText::kExclaimed);  // Only its text is wanted; the callers have their results.
   return true;
 }
 

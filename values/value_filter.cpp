@@ -91,8 +91,7 @@ ZRCFG_EXPORT int check_param_value_valid_regex(unsigned filterId, const char *va
 ZRCFG_EXPORT int zrcfg_paramvalue_check(const char *url, const char *name, const char *value,
                                         int timeout) {
   if (url == nullptr || name == nullptr || value == nullptr) {
-    ZRCFG_TRACE("Input parameters can't be NULL\n");
-    return ZRCFG_E_ARGUMENT;
+    return refuse_null(NullText::kPlain);
   }
   const size_t length = strlen(value);
   if (length > kMaxValueLength) {

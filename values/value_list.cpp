@@ -94,8 +94,7 @@ extern "C" {
 ZRCFG_EXPORT int constructParamValueList(const char *objUrl, ZrcfgObject *image,
                                          ParamValueListNode **head, ParamValueListNode **tail) {
   if (objUrl == nullptr || image == nullptr) {
-    ZRCFG_TRACE("Input parameters can't be NULL\n");
-    return ZRCFG_E_ARGUMENT;
+    return refuse_null(NullText::kPlain);
   }
   ObjectImage &object = *static_cast<ObjectImage *>(image);
   if (object_hidden(object)) {
@@ -115,8 +114,7 @@ ZRCFG_EXPORT int constructParamValueList(const char *objUrl, ZrcfgObject *image,
 ZRCFG_EXPORT int zrcfg_getallparamval(const char *url, ParamValueListNode **head,
                                       ParamValueListNode **tail, int timeout) {
   if (url == nullptr) {
-    ZRCFG_TRACE("Input parameters can't be NULL\n");
-    return ZRCFG_E_ARGUMENT;
+    return refuse_null(NullText::kPlain);
   }
   ZRCFG_TRACE("objUrl =  %s\n", url);
   if (!url_length_ok(url)) {

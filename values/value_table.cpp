@@ -6,6 +6,7 @@
 
 #include "core/export.h"
 #include "core/fresh_section.h"
+#include "core/refuse_null.h"
 #include "core/trace.h"
 #include "core/value_section.h"
 
@@ -101,8 +102,7 @@ ZRCFG_EXPORT int constructParamValues(ZrcfgObject *image, char **pValue) {
 
 ZRCFG_EXPORT int setParamValuesToMem(ZrcfgObject *image, char *pValue) {
   if (image == nullptr || pValue == nullptr) {
-    ZRCFG_TRACE("Input parameters can't be NULL\n");
-    return ZRCFG_E_ARGUMENT;
+    return refuse_null(NullText::kPlain);
   }
   ObjectImage &object = *static_cast<ObjectImage *>(image);
   FreshSection fresh;

@@ -1,6 +1,5 @@
 // What the errors are called.
 #include <stdio.h>
-#include <stdlib.h>
 
 #include "export.h"
 #include "uci.h"

@@ -44,7 +44,7 @@ int read_all(int fd, size_t expected, FileText *text) {
     }
     text->size += static_cast<size_t>(got);
     // The size that was announced and not a byte more: no further read is needed to see the end.
-    if (got == 0 || (text->size == expected && expected > 0)) {
+    if (got == 0 || text->size == expected) {
       return UCI_OK;
     }
     if (text->size > kLargestFile) {

@@ -34,8 +34,8 @@ uci_option **slot_of(const OptionTable *table, const uci_section *section, const
 
 bool grow(OptionTable *table) {
   const size_t slot_count = table->slot_count == 0 ? kFirstSlots : 2 * table->slot_count;
-  OptionTable grown = {static_cast<uci_option **>(calloc(slot_count, sizeof(uci_option *))),
-                       slot_count, table->used};
+  OptionTable grown = {static_cast<uci_option **>(calloc(slot_count, sizeof(void *))), slot_count,
+                       table->used};
   if (grown.slots == nullptr) {
     return false;
   }

@@ -58,25 +58,40 @@ int parse_config(Parser *parser, const Statement &statement) {
   return parser->section != nullptr ? UCI_OK : UCI_ERR_MEM;
 }
 
-// A later option takes the place of an earlier one. An empty value is none: what was there goes.
-int set_option(Parser *parser, char *name, char *value) {
+// The option of that name in the current section, made and put there when it is missing. Null
+// without memory.
+uci_option *option_to_fill(Parser *parser, char *name) {
   uci_option *option = find_option(&parser->options, parser->section, name);
-  if (value[0] == '\0') {
-    if (option != nullptr && option->e.list.next != nullptr) {
-      remove_from_list(&option->e.list);
-      option->type = UCI_TYPE_STRING;
-      option->v.string = nullptr;
-    }
-    return UCI_OK;
-  }
   if (option == nullptr) {
     option = new_option(parser->package, parser->section, name);
     if (option == nullptr || !add_option(&parser->options, option)) {
-      return UCI_ERR_MEM;
+      return nullptr;
     }
   }
   if (option->e.list.next == nullptr) {
     append_to_list(&parser->section->options, &option->e.list);
+  }
+  return option;
+}
+
+// An empty value is none, and what was there goes. The table keeps the option for a later one.
+void unset_option(Parser *parser, const char *name) {
+  uci_option *option = find_option(&parser->options, parser->section, name);
+  if (option != nullptr && option->e.list.next != nullptr) {
+    remove_from_list(&option->e.list);
+    option->type = UCI_TYPE_STRING;
+    option->v.string = nullptr;
+  }
+}
+
+int set_option(Parser *parser, char *name, char *value) {
+  if (value[0] == '\0') {
+    unset_option(parser, name);
+    return UCI_OK;
+  }
+  uci_option *option = option_to_fill(parser, name);
+  if (option == nullptr) {
+    return UCI_ERR_MEM;
   }
   option->type = UCI_TYPE_STRING;
   option->v.string = value;
@@ -84,17 +99,8 @@ int set_option(Parser *parser, char *name, char *value) {
 }
 
 int add_to_list(Parser *parser, char *name, char *value) {
-  uci_option *option = find_option(&parser->options, parser->section, name);
-  if (option == nullptr) {
-    option = new_option(parser->package, parser->section, name);
-    if (option == nullptr || !add_option(&parser->options, option)) {
-      return UCI_ERR_MEM;
-    }
-  }
-  if (option->e.list.next == nullptr) {
-    append_to_list(&parser->section->options, &option->e.list);
-  }
-  return append_value(parser->package, option, value) ? UCI_OK : UCI_ERR_MEM;
+  uci_option *option = option_to_fill(parser, name);
+  return option != nullptr && append_value(parser->package, option, value) ? UCI_OK : UCI_ERR_MEM;
 }
 
 int parse_option(Parser *parser, const Statement &statement, bool is_list) {

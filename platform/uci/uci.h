@@ -1,8 +1,12 @@
 /* Reading UCI configuration files: the part of libuci's public C interface that zrcfg uses.
  *
  * Names, types and calls are those of libuci, so that code written for this header builds and links
- * against a vendor's uci.h and libuci as well. The members listed here are the public ones that
- * such code may rely on; sizes and order need not be those of any libuci binary.
+ * against a vendor's uci.h and libuci as well. Sizes and the order of members need not be those of
+ * any libuci binary.
+ *
+ * Where the reader differs from libuci: sections of one type and name stay apart, as the file has
+ * them, and are not merged; a zero byte in the file is an error; places in error texts count bytes
+ * from 1.
  *
  * Strings and elements belong to their package and live until it is unloaded.
  */
@@ -57,10 +61,11 @@ struct uci_element {
 };
 
 struct uci_context {
-  struct uci_list root;     /* the packages that are loaded */
-  char *confdir;            /* where packages given by a bare name are looked up */
-  int err;                  /* result of the last call */
-  const char *parse_reason; /* of the last UCI_ERR_PARSE, with its place counted from 1 */
+  struct uci_list root; /* the packages that are loaded */
+  char *confdir;        /* where packages given by a bare name are looked up */
+  int err;              /* result of the last call */
+  /* Of the last UCI_ERR_PARSE; these three are the reader's own. */
+  const char *parse_reason;
   int parse_line;
   int parse_byte;
 };

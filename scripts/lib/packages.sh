@@ -1,7 +1,7 @@
 # Installing what a script needs, on Debian; sourced by the scripts beside this folder.
 
 build_packages="g++ gcc cmake ninja-build pkg-config libpugixml-dev libcli11-dev bubblewrap proot perl util-linux"
-test_packages="libgtest-dev libgmock-dev python3 valgrind"
+test_packages="libgtest-dev libgmock-dev python3 valgrind xxd"
 
 # need_packages NAME...: installs those that are missing, with sudo when not root.
 need_packages() {

@@ -1,0 +1,22 @@
+// What the calls say and return about a null argument.
+#ifndef ZRCFG_CORE_REFUSE_NULL_H_
+#define ZRCFG_CORE_REFUSE_NULL_H_
+
+#include <stdint.h>
+
+#include "core/trace.h"
+#include "zrcfg.h"
+
+namespace zrcfg {
+
+// There are two texts; each call keeps its own.
+enum class NullText { kPlain, kExclaimed };
+
+inline uint32_t refuse_null(NullText text) {
+  ZRCFG_TRACE("Input parameters can't be NULL%s\n", text == NullText::kExclaimed ? "!" : "");
+  return ZRCFG_E_ARGUMENT;
+}
+
+}  // namespace zrcfg
+
+#endif  // ZRCFG_CORE_REFUSE_NULL_H_
