@@ -59,6 +59,20 @@ show del "$connection"
 show get $wan.WANIPConnectionNumberOfEntries
 
 echo
+echo "== the tree below an object, with access rights"
+show tree --depth 2 InternetGatewayDevice.LANDevice.1.Hosts
+
+echo
+echo "== an attribute: notification of a changed value"
+show attr get $device.ProvisioningCode noti rw
+show attr set $device.ProvisioningCode noti=2
+show attr get $device.ProvisioningCode noti
+
+echo
+echo "== a WAN connection and its user index"
+show wan InternetGatewayDevice.WANDevice.1.WANConnectionDevice.2.WANPPPConnection.1.
+
+echo
 echo "== another process holds the lock for a second"
 flock "$lock" -c 'touch /var/held; sleep 1' &
 until [ -e /var/held ]; do sleep 0.01; done

@@ -1,17 +1,12 @@
 # zrcfg add, zrcfg del
 . "$(dirname "$0")/common.sh"
 
-# poke DIR OFFSET BYTES: overwrites bytes of the object header.
-poke() {
-  printf "$3" | dd of="/var/$1/property.conf" bs=1 seek=$((4 + $2)) conv=notrunc 2>/dev/null
-}
-
 # make_table DIR LIMIT ACCESS: a table with a template; ACCESS is its flag byte.
 make_table() {
   make_object "$1"
-  poke "$1" 5 "\\x$2"
-  poke "$1" 8 "\\x$3"
-  poke "$1" 76 'P/TNumberOfEntries'
+  poke_header "$1" 5 "$2"
+  poke_header "$1" 8 "$3"
+  printf P/TNumberOfEntries | dd of="/var/$1/property.conf" bs=1 seek=$((4 + 76)) conv=notrunc 2>/dev/null
   make_object "$1/0" Name=new
   make_object "$1/0/Sub" Inner=x
 }

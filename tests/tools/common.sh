@@ -26,6 +26,11 @@ make_object() {
   } >"$dir/property.conf"
 }
 
+# poke_header DIR OFFSET HEX: overwrites a byte of the object header.
+poke_header() {
+  printf "\\x$3" | dd of="/var/$1/property.conf" bs=1 seek=$((4 + $2)) conv=notrunc 2>/dev/null
+}
+
 # run ARGUMENT...: the command line's output, error output and exit code.
 run() {
   "$zrcfg" "$@" >/var/out 2>/var/err </dev/null

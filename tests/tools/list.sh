@@ -26,7 +26,7 @@ run list C.
 expect "a hidden parameter is left out" "$out/$status" "C.Y=2/0"
 run get C.X
 expect "it can be read" "$out" "1"
-printf '\x80' | dd of=/var/C/property.conf bs=1 seek=$((4 + 8)) conv=notrunc 2>/dev/null
+poke_header C 8 80
 run list C.
 expect "a hidden object" "$out/$err/$status" \
   "/zrcfg: list C.: refused with 1: no such object, or its URL is too long/1"

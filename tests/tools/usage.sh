@@ -29,7 +29,7 @@ for number in -2 -1 0 10 3000; do
 done
 run --help
 expect "help" "$status/$(printf %s "$out" | head -1)" "0/Reads and changes the configuration store below /var/."
-for command in get set list add del exists encode decode; do
+for command in get set list tree attr object wan add del exists encode decode; do
   expect "help names $command" "$(printf %s "$out" | grep -c "zrcfg \[OPTION...\] $command ")" "1"
 done
 run set --help

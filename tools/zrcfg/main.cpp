@@ -19,6 +19,17 @@ constexpr Command kCommands[] = {
      run_set, true},
     {"list", "URL...", "prints PATH=VALUE for all visible parameters of each object", run_list,
      true},
+    {"tree", "[URL...]",
+     "prints objects and parameters with their access rights, and instances; --depth N stops N\n"
+     "levels below the object",
+     run_tree, false},
+    {"attr", "get|set PATH [NAME[=VALUE]...]",
+     "prints attributes of a parameter, all or those named by name or number, or sets them; all\n"
+     "arguments are checked before the first is set",
+     run_attr, true},
+    {"object", "get|set URL [NAME[=VALUE]...]", "the same for an object", run_object, true},
+    {"wan", "URL|INDEX", "prints the user index, device, number and type of a WAN connection",
+     run_wan, true},
     {"add", "URL [INDEX]",
      "creates an instance of a table, with the lowest free number unless INDEX says another, and\n"
      "prints its URL. Fixed tables need --static, and --from for the instance that is copied",
@@ -66,6 +77,7 @@ void print_help(const Command *only) {
       "                    -1 waits without limit, -2 takes no lock; 1 to 9 are refused\n"
       "  -n, --names       get: print PATH=VALUE\n"
       "      --no-check    set: take values that the parameters' filters refuse\n"
+      "      --depth N     tree: how many levels to print; all unless given\n"
       "      --static      add, del: the table is a fixed one\n"
       "      --from N      add --static: the instance to copy\n"
       "      --template    del: allow deleting the template\n"

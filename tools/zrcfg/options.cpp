@@ -21,6 +21,7 @@ constexpr int kNoCheck = 256;
 constexpr int kStatic = 257;
 constexpr int kFrom = 258;
 constexpr int kTemplate = 259;
+constexpr int kDepth = 260;
 
 // A time-out that the library can honour: 1 to 9 would mean no try at all, and numbers below
 // ZRCFG_NO_LOCK would mean to retry for ever.
@@ -40,11 +41,12 @@ bool parse_timeout(const char *text, int &timeout) {
   return true;
 }
 
-bool parse_source(const char *text, int &from) {
-  if (parse_number(text, strlen(text), from)) {
+// The number that an option takes; `what` it has to be.
+bool parse_option_number(const char *option, const char *what, int &number) {
+  if (parse_number(optarg, strlen(optarg), number)) {
     return true;
   }
-  complain("--from %s: not an instance number", text);
+  complain("--%s %s: not %s", option, optarg, what);
   return false;
 }
 
@@ -54,7 +56,9 @@ bool apply_option(int option, Options &options) {
     case 't':
       return parse_timeout(optarg, options.timeout);
     case kFrom:
-      return parse_source(optarg, options.from);
+      return parse_option_number("from", "an instance number", options.from);
+    case kDepth:
+      return parse_option_number("depth", "a number of levels", options.depth);
     case 'n':
       return options.names = true;
     case 'x':
@@ -78,12 +82,17 @@ bool apply_option(int option, Options &options) {
 }  // namespace
 
 int parse_options(int argc, char **argv, bool stop_at_argument, Options &options) {
-  static const option kLongOptions[] = {
-      {"timeout", required_argument, nullptr, 't'}, {"names", no_argument, nullptr, 'n'},
-      {"no-check", no_argument, nullptr, kNoCheck}, {"static", no_argument, nullptr, kStatic},
-      {"from", required_argument, nullptr, kFrom},  {"template", no_argument, nullptr, kTemplate},
-      {"hex", no_argument, nullptr, 'x'},           {"help", no_argument, nullptr, 'h'},
-      {"version", no_argument, nullptr, 'V'},       {nullptr, 0, nullptr, 0}};
+  static const option kLongOptions[] = {{"timeout", required_argument, nullptr, 't'},
+                                        {"names", no_argument, nullptr, 'n'},
+                                        {"no-check", no_argument, nullptr, kNoCheck},
+                                        {"static", no_argument, nullptr, kStatic},
+                                        {"from", required_argument, nullptr, kFrom},
+                                        {"template", no_argument, nullptr, kTemplate},
+                                        {"depth", required_argument, nullptr, kDepth},
+                                        {"hex", no_argument, nullptr, 'x'},
+                                        {"help", no_argument, nullptr, 'h'},
+                                        {"version", no_argument, nullptr, 'V'},
+                                        {nullptr, 0, nullptr, 0}};
   optind = 0;  // Starts anew: the program parses twice.
   for (;;) {
     const int option =

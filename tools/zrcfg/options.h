@@ -2,6 +2,8 @@
 #ifndef ZRCFG_TOOLS_ZRCFG_OPTIONS_H_
 #define ZRCFG_TOOLS_ZRCFG_OPTIONS_H_
 
+#include <limits.h>
+
 namespace zrcfg_tool {
 
 inline constexpr int kNoInstance = -1;
@@ -13,6 +15,7 @@ struct Options {
   bool fixed = false;           // The table is a fixed one.
   int from = kNoInstance;       // The instance to copy.
   bool allow_template = false;  // Whether the template may be deleted.
+  int depth = INT_MAX;          // Levels of a tree.
   bool hex = false;
   bool help = false;
   bool version = false;
