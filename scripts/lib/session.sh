@@ -65,7 +65,7 @@ show tree --depth 2 InternetGatewayDevice.LANDevice.1.Hosts
 echo
 echo "== an attribute: notification of a changed value"
 show attr get $device.ProvisioningCode noti rw
-show attr set $device.ProvisioningCode noti=2
+show attr set $device.ProvisioningCode noti=1
 show attr get $device.ProvisioningCode noti
 
 echo

@@ -6,6 +6,7 @@
 
 #include "core/single_value.h"
 #include "lock/object_lock.h"
+#include "tests/faults/bulk_fault_operations.h"
 #include "tests/support/lock_holder.h"
 #include "tests/support/property_builder.h"
 #include "zrcfg.h"
@@ -260,7 +261,12 @@ void expect_sound_flag(const Outcome &outcome) {
 }  // namespace
 
 const std::vector<Operation> &operations() {
-  static const std::vector<Operation> all = make_operations();
+  static const std::vector<Operation> all = [] {
+    std::vector<Operation> every = make_operations();
+    const std::vector<Operation> bulk = bulk_operations();
+    every.insert(every.end(), bulk.begin(), bulk.end());
+    return every;
+  }();
   return all;
 }
 

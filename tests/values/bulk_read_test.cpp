@@ -1,6 +1,7 @@
 // Tests of reading several values of one object, as a call and as its step on a value table.
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <string>
 
 #include "tests/values/values_support.h"
@@ -48,12 +49,10 @@ TEST_F(BulkReadTest, LogIsUrlThenTableThenNodes) {
   Requests requests;
   requests.get("C").get("None").get("A");
   EXPECT_EQ(read(requests), 0);
-  EXPECT_THAT(
-      value_log(),
-      ElementsAreArray(joined({{"objUrl =  Gateway.Device.\n"},
-                               table_log({"one", "\r", "three"}),
-                               {"param=2 \n", "param->name = C\n", "param=0 \n",
-                                "param->name = A\n"}})));
+  EXPECT_THAT(value_log(), ElementsAreArray(joined({{"objUrl =  Gateway.Device.\n"},
+                                                    table_log({"one", "\r", "three"}),
+                                                    {"param=2 \n", "param->name = C\n",
+                                                     "param=0 \n", "param->name = A\n"}})));
 }
 
 TEST_F(BulkReadTest, UnknownNameKeepsItsBufferAndIsNoError) {
@@ -110,6 +109,33 @@ TEST_F(BulkReadTest, NamesOfFullWidthAreTold) {
   EXPECT_EQ(requests.got(1), "64");
   EXPECT_EQ(requests.got(2), "62");
   EXPECT_EQ(requests.got(3), "untouched");
+}
+
+// Names of every length, many that begin alike, and some that several records carry.
+TEST_F(BulkReadTest, LongListsFindTheFirstRecordOfEachName) {
+  PropertyFile file;
+  for (size_t i = 0; i < 255; ++i) {
+    const char last = static_cast<char>('a' + i % 3);
+    const std::string name = std::string(i % 65, 'n');
+    file.add(name.empty() ? name : name.substr(1) + last, std::to_string(i));
+  }
+  store(file);
+  Requests requests;
+  std::vector<std::string> expected;
+  for (size_t i = 0; i < 1000; ++i) {
+    const std::string name = std::string(i * 7 % 64, 'n') + static_cast<char>('a' + i % 4);
+    requests.get(name);
+    const auto found =
+        std::find_if(file.params.begin(), file.params.end(),
+                     [&name](const ParamFields &param) { return param.name == name; });
+    expected.push_back(found == file.params.end() ? "untouched" : found->value);
+  }
+  requests.get("");
+  expected.push_back("0");
+  EXPECT_EQ(read(requests), 0);
+  for (size_t i = 0; i < expected.size(); ++i) {
+    EXPECT_EQ(requests.got(i), expected[i]) << i;
+  }
 }
 
 TEST_F(BulkReadTest, MissingLinesReadAsEmpty) {
@@ -191,8 +217,8 @@ TEST_F(BulkReadStepTest, SlotsAreCopiedToTheNodes) {
   EXPECT_EQ(requests.got(0), "");
   EXPECT_EQ(requests.got(1), "changed in the table");
   EXPECT_EQ(requests.got(2), "untouched");
-  EXPECT_THAT(value_log(), ElementsAre("param=1 \n", "param->name = B\n", "param=0 \n",
-                                       "param->name = A\n"));
+  EXPECT_THAT(value_log(),
+              ElementsAre("param=1 \n", "param->name = B\n", "param=0 \n", "param->name = A\n"));
   EXPECT_TRUE(requests.all_outputs_untouched());
   expect_untouched();
 }

@@ -179,9 +179,9 @@ TEST_P(BulkWriteTest, AttributesComeWithEveryFoundNode) {
     const char *flags_and_dbus;
   };
   const Row rows[] = {
-      {0, 0, 0, 0, 0, "\x00\x00"},  {15, 0, 0, 0, 0, "\xf0\x00"}, {0, 1, 0, 0, 0, "\x08\x00"},
-      {0, 0, 1, 0, 0, "\x04\x00"},  {0, 0, 0, 1, 0, "\x02\x00"},  {0, 0, 0, 0, 0xa6, "\x00\xa6"},
-      {9, 1, 0, 1, 1, "\x9a\x01"},  {6, 0, 1, 0, 255, "\x64\xff"}, {15, 1, 1, 1, 255, "\xfe\xff"},
+      {0, 0, 0, 0, 0, "\x00\x00"}, {15, 0, 0, 0, 0, "\xf0\x00"},  {0, 1, 0, 0, 0, "\x08\x00"},
+      {0, 0, 1, 0, 0, "\x04\x00"}, {0, 0, 0, 1, 0, "\x02\x00"},   {0, 0, 0, 0, 0xa6, "\x00\xa6"},
+      {9, 1, 0, 1, 1, "\x9a\x01"}, {6, 0, 1, 0, 255, "\x64\xff"}, {15, 1, 1, 1, 255, "\xfe\xff"},
   };
   for (const Row &row : rows) {
     PropertyFile file = property_file({"A", "B"}, {"one", "two"});
@@ -319,12 +319,13 @@ TEST_F(PlainBulkWriteTest, WholeLogIsUrlThenTableThenNodes) {
   Requests requests;
   requests.set("C", "3").set("None", "x").set("A", "one").set("B", std::string(256, 'x'));
   EXPECT_EQ(zrcfg_setmultiparamval(kUrl, requests.list(), 0), 0);
-  EXPECT_THAT(value_log(), ElementsAreArray(joined(
-                               {{kUrlLine},
-                                table_log({"one", "\r", "three"}),
-                                applied_log("C", "3", false),
-                                applied_log("A", "one", true),
-                                {"param(B) value lenth(256) is out of range, not set to mem!\n"}})));
+  EXPECT_THAT(
+      value_log(),
+      ElementsAreArray(joined({{kUrlLine},
+                               table_log({"one", "\r", "three"}),
+                               applied_log("C", "3", false),
+                               applied_log("A", "one", true),
+                               {"param(B) value lenth(256) is out of range, not set to mem!\n"}})));
 }
 
 TEST_F(PlainBulkWriteTest, UnknownNamesAreSkippedSilently) {

@@ -45,11 +45,11 @@ TEST_F(ValueTableTest, TextIsSplitAsByATokenizer) {
     std::vector<std::string> slots;
   };
   const Row rows[] = {
-      {"a\nb\nc", {"a", "b", "c"}},            // no feed behind the last line
+      {"a\nb\nc", {"a", "b", "c"}},              // no feed behind the last line
       {"\n\na\n\n\nb\nc\n\n", {"a", "b", "c"}},  // empty lines are no lines
-      {"\rx\nb\r\n\rc\n", {"", "b\r", ""}},    // only the first byte tells the empty value
-      {"a\n", {"a", "", ""}},                  // lines run out
-      {"a\nb\nc\nd\ne\n", {"a", "b", "c"}},    // more lines than records
+      {"\rx\nb\r\n\rc\n", {"", "b\r", ""}},      // only the first byte tells the empty value
+      {"a\n", {"a", "", ""}},                    // lines run out
+      {"a\nb\nc\nd\ne\n", {"a", "b", "c"}},      // more lines than records
       {" \n\t\n=\n", {" ", "\t", "="}},
   };
   for (const Row &row : rows) {

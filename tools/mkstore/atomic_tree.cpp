@@ -14,6 +14,7 @@
 
 #include "core/property_file.h"
 #include "tools/mkstore/build_error.h"
+#include "tools/mkstore/filter_table.h"
 
 namespace zrcfg::mkstore {
 
@@ -43,7 +44,12 @@ std::string resolved_target(const std::string &output) {
   return path.string();
 }
 
-// A directory may be replaced when it holds nothing but directories and property files.
+// Whether a store has such a file: property files anywhere, the filters in its root.
+bool belongs_to_store(const fs::path &target, const fs::path &file) {
+  return file.filename() == kPropertyFileName || file == target / kFilterFileName;
+}
+
+// A directory may be replaced when it holds nothing but directories and a store's files.
 void check_replaceable(const std::string &target) {
   std::error_code error;
   const fs::file_status status = fs::symlink_status(target, error);
@@ -56,9 +62,9 @@ void check_replaceable(const std::string &target) {
   for (auto entry = fs::recursive_directory_iterator(target, error);
        !error && entry != fs::recursive_directory_iterator(); entry.increment(error)) {
     const bool directory = entry->symlink_status().type() == fs::file_type::directory;
-    const bool property_file = entry->symlink_status().type() == fs::file_type::regular &&
-                               entry->path().filename() == kPropertyFileName;
-    if (!directory && !property_file) {
+    const bool store_file = entry->symlink_status().type() == fs::file_type::regular &&
+                            belongs_to_store(target, entry->path());
+    if (!directory && !store_file) {
       fail(target, "is not empty and not a store, for it holds " + entry->path().string());
     }
   }

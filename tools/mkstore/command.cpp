@@ -13,6 +13,7 @@
 
 #include "tools/mkstore/atomic_tree.h"
 #include "tools/mkstore/build_error.h"
+#include "tools/mkstore/filter_table.h"
 #include "tools/mkstore/list_file.h"
 #include "tools/mkstore/model_document.h"
 #include "tools/mkstore/property_writer.h"
@@ -31,6 +32,7 @@ struct Options {
   std::string values_file;
   std::string attributes_file;
   std::string output;
+  bool verbose = false;
 };
 
 struct Totals {
@@ -84,8 +86,27 @@ void count_model(const Model &model, Totals &totals) {
   }
 }
 
-Totals build_store(const Options &options, std::vector<std::string> &warnings) {
-  const Model model = load_model(options.model_file, options.model_name, warnings);
+// What a build tells the user.
+struct Report {
+  Totals totals;
+  FilterTable filters;
+  std::vector<std::string> warnings;
+};
+
+void write_filters(const AtomicTree &tree, Report &report) {
+  const std::string text = filter_file_text(report.filters);
+  if (text.empty()) {
+    return;  // Without the file no value is checked.
+  }
+  write_file(tree, kFilterFileName, text);
+  ++report.totals.files;
+  report.totals.bytes += text.size();
+}
+
+Report build_store(const Options &options) {
+  Report report;
+  Model model = load_model(options.model_file, options.model_name, report.warnings);
+  report.filters = number_filters(model);
   Settings settings;
   if (!options.instances_file.empty()) {
     read_instances_file(options.instances_file, model, settings);
@@ -96,7 +117,7 @@ Totals build_store(const Options &options, std::vector<std::string> &warnings) {
   if (!options.attributes_file.empty()) {
     read_attributes_file(options.attributes_file, model, settings);
   }
-  Totals totals;
+  Totals &totals = report.totals;
   count_model(model, totals);
   const InterruptionGuard guard;
   const std::vector<Placement> placements = plan_store(model, settings);
@@ -112,8 +133,9 @@ Totals build_store(const Options &options, std::vector<std::string> &warnings) {
       fail(options.output, "interrupted");
     }
   }
+  write_filters(tree, report);
   publish(tree);
-  return totals;
+  return report;
 }
 
 void describe_options(CLI::App &app, Options &options) {
@@ -128,6 +150,7 @@ void describe_options(CLI::App &app, Options &options) {
       ->type_name("FILE");
   app.add_option("--attributes", options.attributes_file, "Lines of PATH NAME=VALUE")
       ->type_name("FILE");
+  app.add_flag("--verbose", options.verbose, "List the parameters with unchecked facets");
   app.add_option("OUTDIR", options.output, "Directory that becomes the store's root")
       ->type_name("")
       ->required();
@@ -156,13 +179,15 @@ int run_command(const std::vector<std::string> &arguments, std::ostream &out, st
     return app.exit(error, out, err) == 0 ? kExitDone : kExitUsage;
   }
   try {
-    std::vector<std::string> warnings;
-    const Totals totals = build_store(options, warnings);
-    for (const std::string &warning : warnings) {
+    const Report report = build_store(options);
+    for (const std::string &warning : report.warnings) {
       err << kProgram << ": warning: " << options.model_file << ": " << warning << "\n";
     }
     const std::chrono::duration<double> taken = std::chrono::steady_clock::now() - start;
-    out << summary(totals, taken.count()) << "\n";
+    for (const std::string &parameter : report.filters.unchecked_parameters) {
+      out << (options.verbose ? "unchecked: " + parameter + "\n" : "");
+    }
+    out << summary(report.totals, taken.count()) << "\n" << filter_summary(report.filters) << "\n";
     return kExitDone;
   } catch (const BuildError &error) {
     err << kProgram << ": " << error.text << "\n";

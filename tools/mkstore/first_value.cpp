@@ -55,7 +55,7 @@ Candidate first_text(const Syntax &item) {
     return empty;
   }
   for (const std::string &pattern : item.facets.patterns) {
-    const Candidate derived = first_pattern_text(pattern);
+    Candidate derived = first_pattern_text(pattern);
     if (derived && permitted(item, *derived)) {
       return derived;
     }

@@ -153,9 +153,13 @@ void read_values_file(const std::string &file, const Model &model, Settings &set
     const std::string value = line.substr(equals + 1);
     Address address;
     const size_t position = resolve_parameter(model, path, address);
+    const Parameter &parameter = model.objects[address.object].parameters[position];
     std::string problem = storage_problem(value);
     if (problem.empty()) {
-      problem = value_problem(model.objects[address.object].parameters[position].syntax, value);
+      problem = value_problem(parameter.syntax, value);
+    }
+    if (problem.empty()) {
+      problem = filter_problem(parameter.filter, value);
     }
     if (!problem.empty()) {
       throw path + ": " + problem;

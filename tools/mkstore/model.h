@@ -9,6 +9,8 @@
 #include <string>
 #include <vector>
 
+#include "tools/mkstore/filter.h"
+
 namespace zrcfg::mkstore {
 
 // The type codes that records carry. They are part of the store's format (docs/store-builder.md):
@@ -50,6 +52,7 @@ struct Facets {
   std::vector<Size> sizes;
   std::vector<std::string> enumerations;
   std::vector<std::string> patterns;
+  bool reference = false;  // The text names an object or a value elsewhere, or should.
 };
 
 struct ListRule {
@@ -74,6 +77,8 @@ struct Parameter {
   bool forced_inform = false;
   Syntax syntax;
   std::string initial;  // The default, or else the first permitted value.
+  Filter filter;
+  uint32_t filter_number = 0;  // 0: none.
 };
 
 inline constexpr size_t kNoObject = std::numeric_limits<size_t>::max();

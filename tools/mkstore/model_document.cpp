@@ -8,6 +8,7 @@
 
 #include "core/property_file.h"
 #include "tools/mkstore/build_error.h"
+#include "tools/mkstore/filter_pattern.h"
 #include "tools/mkstore/model_tree.h"
 #include "tools/mkstore/pattern_text.h"
 #include "tools/mkstore/syntax_reader.h"
@@ -181,6 +182,7 @@ Parameter read_parameter(const Document &document, const pugi::xml_node &node,
   }
   set_initial_value(document, node, element, parameter, warnings);
   warn_of_oddities(element, parameter, warnings);
+  parameter.filter = compile_filter(parameter.syntax, parameter.initial);
   return parameter;
 }
 
@@ -254,6 +256,19 @@ Object read_object(const Document &document, const pugi::xml_node &node,
   return object;
 }
 
+// A counter holds whatever number of instances there is, even where the document limits it.
+void free_counters(Model &model) {
+  for (const Object &table : model.objects) {
+    const std::optional<size_t> counter =
+        table.is_table ? counter_index(model, table) : std::nullopt;
+    if (counter) {
+      Parameter &parameter = model.objects[table.parent].parameters[*counter];
+      parameter.syntax.facets.ranges.clear();
+      parameter.filter = compile_filter(parameter.syntax, parameter.initial);
+    }
+  }
+}
+
 }  // namespace
 
 Model load_model(const std::string &file, const std::string &model_name,
@@ -279,6 +294,7 @@ Model load_model(const std::string &file, const std::string &model_name,
             "a parameter outside any object has no place in a store");
   }
   connect_objects(model, warnings);
+  free_counters(model);
   return model;
 }
 

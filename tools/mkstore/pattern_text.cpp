@@ -3,9 +3,10 @@
 
 #include <cstddef>
 #include <map>
-#include <memory>
-#include <regex>
 #include <string_view>
+
+#include "tools/mkstore/ere_match.h"
+#include "tools/mkstore/regex_translate.h"
 
 namespace zrcfg::mkstore {
 
@@ -27,23 +28,6 @@ struct Cursor {
 using Derived = std::optional<std::string>;
 
 Derived derive_alternatives(Cursor &cursor);
-
-// Compiled expressions are kept, because a document uses few of them many times. A null entry
-// stands for an expression that the library refuses.
-const std::regex *compiled(const std::string &pattern) {
-  static std::map<std::string, std::unique_ptr<std::regex>> cache;
-  const auto found = cache.find(pattern);
-  if (found != cache.end()) {
-    return found->second.get();
-  }
-  std::unique_ptr<std::regex> expression;
-  try {
-    expression = std::make_unique<std::regex>(pattern, std::regex::ECMAScript);
-  } catch (const std::regex_error &) {
-    expression = nullptr;
-  }
-  return cache.emplace(pattern, std::move(expression)).first->second.get();
-}
 
 Derived derive_escape(Cursor &cursor) {
   if (cursor.done()) {
@@ -212,19 +196,17 @@ Derived derive_alternatives(Cursor &cursor) {
 }  // namespace
 
 bool pattern_usable(const std::string &pattern) {
-  return compiled(pattern) != nullptr;
+  return translate_regex(pattern).has_value();
 }
 
 bool pattern_matches(const std::string &pattern, const std::string &text) {
-  const std::regex *expression = compiled(pattern);
-  if (expression == nullptr) {
-    return true;
+  static std::map<std::string, std::string> translated;  // Empty: not usable.
+  const auto [found, fresh] = translated.try_emplace(pattern);
+  if (fresh) {
+    const std::optional<Expression> expression = translate_regex(pattern);
+    found->second = expression ? anchored_text(*expression) : std::string();
   }
-  try {
-    return std::regex_match(text, *expression);
-  } catch (const std::regex_error &) {
-    return true;  // Too complex for the library: it cannot say no.
-  }
+  return found->second.empty() || ere_matches(found->second, text);
 }
 
 std::optional<std::string> first_pattern_text(const std::string &pattern) {

@@ -65,6 +65,7 @@ ParamRecord parameter_record(const Parameter &parameter) {
   record_field::kNoti.set(record, parameter.notification);
   record_field::kNotiRw.set(record, parameter.notification_changeable ? 1 : 0);
   record_field::kInformTr069.set(record, parameter.forced_inform ? 1 : 0);
+  record.param_check.set(parameter.filter_number);
   std::memcpy(record.name, parameter.name.data(), parameter.name.size());
   return record;
 }

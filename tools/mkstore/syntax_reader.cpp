@@ -89,6 +89,9 @@ std::vector<Range> read_ranges(const pugi::xml_node &holder) {
   return ranges;
 }
 
+// Elements that say what a text refers to.
+constexpr const char *kReferences[] = {"pathRef", "instanceRef", "enumerationRef"};
+
 // Sizes and ranges narrow what the type permitted so far; enumerations and patterns add to it.
 void apply_facets(const pugi::xml_node &holder, Facets &facets) {
   std::vector<Size> sizes = read_sizes(holder);
@@ -107,6 +110,11 @@ void apply_facets(const pugi::xml_node &holder, Facets &facets) {
   for (const pugi::xml_node &element : holder.children("pattern")) {
     if (!deleted(element)) {
       facets.patterns.emplace_back(element.attribute("value").value());
+    }
+  }
+  for (const char *name : kReferences) {
+    for (const pugi::xml_node &element : holder.children(name)) {
+      facets.reference = facets.reference || !deleted(element);
     }
   }
 }

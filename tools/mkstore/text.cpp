@@ -62,16 +62,6 @@ std::optional<size_t> parse_count(std::string_view text, size_t maximum) {
   return value;
 }
 
-size_t character_count(std::string_view text) {
-  size_t count = 0;
-  for (const char c : text) {
-    if ((static_cast<unsigned char>(c) & 0xC0u) != 0x80u) {
-      ++count;  // Continuation bytes belong to the character before them.
-    }
-  }
-  return count;
-}
-
 std::string read_whole_file(const std::string &path) {
   const std::unique_ptr<std::FILE, FileCloser> file(std::fopen(path.c_str(), "rbe"));
   if (!file) {

@@ -19,9 +19,6 @@ std::vector<std::string> split(std::string_view text, char separator);
 // A plain decimal number of at most `maximum`; nothing but digits is accepted.
 std::optional<size_t> parse_count(std::string_view text, size_t maximum);
 
-// Characters of a UTF-8 text, which is what length facets count.
-size_t character_count(std::string_view text);
-
 // The whole file. Throws BuildError with the system's reason when it cannot be read.
 std::string read_whole_file(const std::string &path);
 

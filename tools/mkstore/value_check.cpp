@@ -2,96 +2,24 @@
 #include "tools/mkstore/value_check.h"
 
 #include <algorithm>
-#include <cctype>
+#include <map>
 
 #include "core/property_file.h"
+#include "tools/mkstore/ere_match.h"
 #include "tools/mkstore/number_text.h"
 #include "tools/mkstore/pattern_text.h"
-#include "tools/mkstore/text.h"
+#include "tools/mkstore/value_form.h"
 
 namespace zrcfg::mkstore {
 
 namespace {
-
-bool all_digits(const std::string &text, size_t at, size_t count) {
-  for (size_t i = at; i < at + count; ++i) {
-    if (i >= text.size() || std::isdigit(static_cast<unsigned char>(text[i])) == 0) {
-      return false;
-    }
-  }
-  return true;
-}
-
-int two_digits(const std::string &text, size_t at) {
-  return (text[at] - '0') * 10 + (text[at + 1] - '0');
-}
-
-int days_in_month(int year, int month) {
-  static constexpr int kDays[] = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
-  const bool leap = (year % 4 == 0 && year % 100 != 0) || year % 400 == 0;
-  return month == 2 && leap ? 29 : kDays[month - 1];
-}
-
-// Accepts no zone, Z, or an offset such as +01:00.
-bool is_zone(const std::string &zone) {
-  if (zone.empty() || zone == "Z") {
-    return true;
-  }
-  return zone.size() == 6 && (zone[0] == '+' || zone[0] == '-') && zone[3] == ':' &&
-         all_digits(zone, 1, 2) && all_digits(zone, 4, 2) && two_digits(zone, 1) <= 14 &&
-         two_digits(zone, 4) <= 59;
-}
-
-bool is_date_time(const std::string &text) {
-  constexpr char kShape[] = "dddd-dd-ddTdd:dd:dd";
-  constexpr size_t kShapeSize = sizeof kShape - 1;
-  for (size_t i = 0; i < kShapeSize; ++i) {
-    const bool fits =
-        kShape[i] == 'd' ? all_digits(text, i, 1) : i < text.size() && text[i] == kShape[i];
-    if (!fits) {
-      return false;
-    }
-  }
-  const int year = two_digits(text, 0) * 100 + two_digits(text, 2);
-  const int month = two_digits(text, 5);
-  const int day = two_digits(text, 8);
-  if (month < 1 || month > 12 || day < 1 || day > days_in_month(year, month) ||
-      two_digits(text, 11) > 23 || two_digits(text, 14) > 59 || two_digits(text, 17) > 59) {
-    return false;
-  }
-  size_t at = kShapeSize;
-  if (at < text.size() && text[at] == '.') {
-    const size_t end = text.find_first_not_of("0123456789", at + 1);
-    if (end == at + 1 || at + 1 == text.size()) {
-      return false;
-    }
-    at = std::min(end, text.size());
-  }
-  return is_zone(text.substr(at));
-}
-
-bool is_boolean(const std::string &text) {
-  return text == "0" || text == "1" || text == "false" || text == "true";
-}
-
-bool is_hex(const std::string &text) {
-  return text.size() % 2 == 0 &&
-         text.find_first_not_of("0123456789abcdefABCDEF") == std::string::npos;
-}
 
 size_t base64_padding(const std::string &text) {
   const size_t last = text.find_last_not_of('=');
   return last == std::string::npos ? text.size() : text.size() - last - 1;
 }
 
-bool is_base64(const std::string &text) {
-  constexpr char kAlphabet[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
-  const size_t padding = base64_padding(text);
-  return text.size() % 4 == 0 && padding <= 2 &&
-         text.substr(0, text.size() - padding).find_first_not_of(kAlphabet) == std::string::npos;
-}
-
-// Length facets count characters of a text, but octets of what an encoded text stands for.
+// Length facets count bytes of a text, but octets of what an encoded text stands for.
 size_t facet_length(BaseType type, const std::string &text) {
   if (type == BaseType::kHexBinary) {
     return text.size() / 2;
@@ -99,7 +27,7 @@ size_t facet_length(BaseType type, const std::string &text) {
   if (type == BaseType::kBase64) {
     return text.size() / 4 * 3 - base64_padding(text);
   }
-  return character_count(text);
+  return text.size();
 }
 
 bool size_permits(const std::vector<Size> &sizes, size_t length) {
@@ -118,9 +46,27 @@ bool range_holds(const Range &range, Number number) {
   return range.step == 0 || (number - range.minimum.value_or(0)) % range.step == 0;
 }
 
+// The forms do not change, so their expressions are made once.
+bool has_form(BaseType type, const std::string &value) {
+  static const std::map<BaseType, std::string> kForms = {
+      {BaseType::kBoolean, anchored_text(boolean_form())},
+      {BaseType::kDateTime, anchored_text(date_time_form())},
+      {BaseType::kDecimal, anchored_text(decimal_form())},
+      {BaseType::kHexBinary, anchored_text(hex_form(Lengths().set()))},
+      {BaseType::kBase64, anchored_text(base64_form(Lengths().set()))}};
+  const auto form = kForms.find(type);
+  return form == kForms.end() || ere_matches(form->second, value);
+}
+
+// Only the plain form of a number is permitted: no plus sign, no leading zeros.
+bool is_plain_number(BaseType type, const std::string &value, Number number) {
+  return type == BaseType::kDecimal ? has_form(type, value) : value == number_text(number);
+}
+
 std::string number_problem(BaseType type, const Facets &facets, const std::string &value) {
   const std::optional<Number> number = parse_number(value, type == BaseType::kDecimal);
-  if (!number || !range_holds(type_range(type), *number)) {
+  if (!number || !is_plain_number(type, value, *number) ||
+      !range_holds(type_range(type), *number)) {
     return "\"" + value + "\" is not of type " + type_name(type);
   }
   const auto holds = [&](const Range &range) { return range_holds(range, *number); };
@@ -128,21 +74,6 @@ std::string number_problem(BaseType type, const Facets &facets, const std::strin
     return "\"" + value + "\" is outside the permitted range";
   }
   return {};
-}
-
-bool has_form(BaseType type, const std::string &value) {
-  switch (type) {
-    case BaseType::kBoolean:
-      return is_boolean(value);
-    case BaseType::kDateTime:
-      return is_date_time(value);
-    case BaseType::kHexBinary:
-      return is_hex(value);
-    case BaseType::kBase64:
-      return is_base64(value);
-    default:
-      return true;
-  }
 }
 
 std::string choice_problem(const Facets &facets, const std::string &value) {
@@ -190,9 +121,16 @@ std::vector<std::string> list_items(const std::string &value, bool nested_bracke
   return items;
 }
 
+// Only spaces do not count around an item; other blanks are control characters.
+std::string without_blanks(const std::string &item) {
+  const size_t first = item.find_first_not_of(' ');
+  return first == std::string::npos ? std::string()
+                                    : item.substr(first, item.find_last_not_of(' ') - first + 1);
+}
+
 std::string list_problem(const Syntax &syntax, const std::string &value) {
   const ListRule &rule = *syntax.list;
-  if (!size_permits(rule.sizes, character_count(value))) {
+  if (!size_permits(rule.sizes, value.size())) {
     return "the list does not have a permitted length";
   }
   std::vector<std::string> items;
@@ -203,8 +141,11 @@ std::string list_problem(const Syntax &syntax, const std::string &value) {
     return "the list has " + std::to_string(items.size()) + " items, which is not permitted";
   }
   for (const std::string &item : items) {
-    std::string inner = trimmed(item);
-    if (rule.nested_brackets && inner.size() >= 2 && inner.front() == '[' && inner.back() == ']') {
+    std::string inner = without_blanks(item);
+    if (rule.nested_brackets) {
+      if (inner.size() < 2 || inner.front() != '[' || inner.back() != ']') {
+        return "list item \"" + inner + "\" is not in brackets";
+      }
       inner = inner.substr(1, inner.size() - 2);
     }
     const std::string problem = item_problem(syntax, inner);
@@ -270,6 +211,13 @@ std::string value_problem(const Syntax &syntax, const std::string &value) {
     return {};
   }
   return syntax.list ? list_problem(syntax, value) : item_problem(syntax, value);
+}
+
+std::string filter_problem(const Filter &filter, const std::string &value) {
+  if (filter.expression.empty() || ere_matches(filter.expression, value)) {
+    return {};
+  }
+  return "\"" + value + "\" does not match the filter " + filter.expression;
 }
 
 }  // namespace zrcfg::mkstore

@@ -16,6 +16,10 @@ std::string storage_problem(const std::string &value);
 // permitted. Storage is not looked at.
 std::string value_problem(const Syntax &syntax, const std::string &value);
 
+// Why the parameter's filter refuses the value; empty when it does not. A filter takes all that the
+// syntax permits, but for texts with control characters.
+std::string filter_problem(const Filter &filter, const std::string &value);
+
 // The first permitted value by the rule of docs/store-builder.md; nothing when none can be derived.
 std::optional<std::string> first_value(const Syntax &syntax);
 
