@@ -2,6 +2,7 @@
 
 build_packages="g++ gcc cmake ninja-build pkg-config libpugixml-dev libcli11-dev bubblewrap proot perl util-linux"
 test_packages="libgtest-dev libgmock-dev python3 valgrind xxd"
+mips_packages="g++-mips-linux-gnu qemu-user googletest"
 
 # need_packages NAME...: installs those that are missing, with sudo when not root.
 need_packages() {
