@@ -1,14 +1,13 @@
 // Queries of parameter attributes: one parameter, a list of them, all of an object.
-#include <stdio.h>
 #include <string.h>
 
 #include "attr/attr_requests.h"
 #include "attr/param_attr.h"
 #include "core/call_frame.h"
 #include "core/export.h"
+#include "core/listing.h"
 #include "core/record_index.h"
 #include "core/request_list.h"
-#include "core/result_list.h"
 #include "enum/url_split.h"
 
 namespace zrcfg {
@@ -35,24 +34,6 @@ void answer(const ParamRecord &record, MultiAttrNode &node, int mode) {
     default:
       break;
   }
-}
-
-uint32_t list_attribute(ResultList<ParamAttrNode> &list, const char *url,
-                        const ParamRecord &record) {
-  const int hidden = paramIsHide(&record);
-  if (hidden == 1) {
-    ZRCFG_TRACE("paramIsHid() ret=%d,no need show!\n", hidden);
-    return ZRCFG_OK;
-  }
-  ParamAttrNode *const node = list.append();
-  if (node == nullptr) {
-    ZRCFG_TRACE("ptr is NULL\n");
-    return ZRCFG_E_MEMORY;
-  }
-  // A longer text than the field is cut, as the interface says.
-  (void)snprintf(node->name, sizeof node->name, "%s%s", url, FieldName(record.name).text);
-  read_attributes(record, node->attr);
-  return ZRCFG_OK;
 }
 
 uint32_t list_object(const char *url, OpenObject &object, ParamAttrNode **ends) {
@@ -104,21 +85,21 @@ ZRCFG_EXPORT uint32_t constructParamAttrList(const char *url, ZrcfgObject *image
     return ZRCFG_E_ARGUMENT;
   }
   ObjectImage &object = *static_cast<ObjectImage *>(image);
-  const int hidden = objIsHide(&object.header);
-  if (hidden == 1) {
-    ZRCFG_TRACE("objIsHid() ret=%d,no need show!\n", hidden);
+  if (object_is_left_out(object)) {
     return ZRCFG_E_NOT_FOUND;
   }
   ResultList<ParamAttrNode> list;
   for (const ParamRecord &record : records(object)) {
-    const uint32_t result = list_attribute(list, url, record);
+    ParamAttrNode *node;
+    const uint32_t result = append_visible(list, url, record, &ParamAttrNode::name, node);
     if (result != ZRCFG_OK) {
       return result;
     }
+    if (node != nullptr) {
+      read_attributes(record, node->attr);
+    }
   }
-  ZRCFG_TRACE("Head=0x%x url=%s\n", trace_address(list.head), list.head ? list.head->name : url);
-  ZRCFG_TRACE("Tail=0x%x url=%s\n", trace_address(list.tail), list.tail ? list.tail->name : url);
-  list.hand_over(head, tail);
+  finish_list(list, url, &ParamAttrNode::name, head, tail);
   return ZRCFG_OK;
 }
 

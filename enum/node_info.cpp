@@ -7,7 +7,7 @@
 
 #include "core/call_frame.h"
 #include "core/export.h"
-#include "core/result_list.h"
+#include "core/listing.h"
 
 namespace zrcfg {
 namespace {
@@ -109,9 +109,7 @@ ZRCFG_EXPORT uint32_t constructNodeInfoList(const char *objUrl, ZrcfgObject *ima
     return refuse_null(NullText::kPlain);
   }
   ObjectImage &object = *static_cast<ObjectImage *>(image);
-  const int hidden = objIsHide(&object.header);
-  if (hidden == 1) {
-    ZRCFG_TRACE("objIsHid() ret=%d,no need show!\n", hidden);
+  if (object_is_left_out(object)) {
     return ZRCFG_E_NOT_FOUND;
   }
   ResultList<NODE_INFO> list;
@@ -122,9 +120,7 @@ ZRCFG_EXPORT uint32_t constructNodeInfoList(const char *objUrl, ZrcfgObject *ima
   if (result != ZRCFG_OK) {
     return result;
   }
-  ZRCFG_TRACE("Head=0x%x url=%s\n", trace_address(list.head), list.head->name);
-  ZRCFG_TRACE("Tail=0x%x url=%s\n", trace_address(list.tail), list.tail->name);
-  list.hand_over(ppHead, ppTail);
+  finish_list(list, objUrl, &NODE_INFO::name, ppHead, ppTail);
   return ZRCFG_OK;
 }
 

@@ -1,12 +1,10 @@
 // The list of all visible values of an object.
 #include "values/value_list.h"
 
-#include <stdio.h>
-
 #include "core/call_frame.h"
 #include "core/export.h"
 #include "core/fresh_section.h"
-#include "core/result_list.h"
+#include "core/listing.h"
 #include "core/value_section.h"
 
 namespace zrcfg {
@@ -16,18 +14,11 @@ using ValueList = ResultList<ParamValueListNode>;
 
 uint32_t list_value(ValueList &list, int i, const char *url, const ParamRecord &record,
                     const ValueLine &line) {
-  const int hidden = paramIsHide(&record);
-  if (hidden == 1) {
-    ZRCFG_TRACE("paramIsHid() ret=%d,no need show!\n", hidden);
-    return ZRCFG_OK;
-  }
-  ParamValueListNode *const node = list.append();
+  ParamValueListNode *node;
+  const uint32_t result = append_visible(list, url, record, &ParamValueListNode::url, node);
   if (node == nullptr) {
-    ZRCFG_TRACE("ptr is NULL\n");
-    return ZRCFG_E_MEMORY;
+    return result;
   }
-  // A longer text than the field is cut, as the interface says.
-  (void)snprintf(node->url, sizeof node->url, "%s%s", url, FieldName(record.name).text);
   line.copy_value(node->value);
   ZRCFG_TRACE("i=%d ptr=0x%x ptr->url=%s\n", i, trace_address(node), node->url);
   return ZRCFG_OK;
@@ -50,18 +41,8 @@ uint32_t list_section(const char *url, ObjectImage &image, const ValueSection &s
     }
     ++i;
   }
-  ZRCFG_TRACE("Head=0x%x url=%s\n", trace_address(list.head), list.head ? list.head->url : url);
-  ZRCFG_TRACE("Tail=0x%x url=%s\n", trace_address(list.tail), list.tail ? list.tail->url : url);
-  list.hand_over(head, tail);
+  finish_list(list, url, &ParamValueListNode::url, head, tail);
   return ZRCFG_OK;
-}
-
-bool object_hidden(const ObjectImage &image) {
-  const int hidden = objIsHide(&image.header);
-  if (hidden == 1) {
-    ZRCFG_TRACE("objIsHid() ret=%d,no need show!\n", hidden);
-  }
-  return hidden == 1;
 }
 
 uint32_t list_object(const char *url, OpenObject &object, ParamValueListNode **head,
@@ -75,7 +56,7 @@ uint32_t list_object(const char *url, OpenObject &object, ParamValueListNode **h
     ZRCFG_TRACE("this node has no params,do nothing!!\n");
     return ZRCFG_E_NO_VALUES;
   }
-  const uint32_t result = object_hidden(image)
+  const uint32_t result = object_is_left_out(image)
                               ? ZRCFG_E_NOT_FOUND
                               : list_section(url, image, object.loaded.section, head, tail);
   if (result != ZRCFG_OK) {
@@ -97,7 +78,7 @@ ZRCFG_EXPORT int constructParamValueList(const char *objUrl, ZrcfgObject *image,
     return refuse_null(NullText::kPlain);
   }
   ObjectImage &object = *static_cast<ObjectImage *>(image);
-  if (object_hidden(object)) {
+  if (object_is_left_out(object)) {
     return ZRCFG_E_NOT_FOUND;
   }
   FreshSection fresh;
