@@ -25,17 +25,17 @@ run get P.TNumberOfEntries P.T.2.Name P.T.2.Sub.Inner
 expect "counter and copy" "$out" "$(printf '3\nnew\nx')"
 run add P.T
 expect "limit" "$out/$err/$status" \
-  "/zrcfg: add P.T.: refused with 4: instance limit reached, or the instance exists already/1"
+  "/zrcfg: add: P.T.: instance limit reached, or the instance exists already (code 4)/1"
 run add P.T 2
 expect "taken" "$err/$status" \
-  "zrcfg: add P.T.2: refused with 4: instance limit reached, or the instance exists already/1"
+  "zrcfg: add: P.T.2: instance limit reached, or the instance exists already (code 4)/1"
 for wrong in 0 -- -1 x 1x 99999999999; do
   [ "$wrong" = -- ] && continue
   run add P.T -- "$wrong"
   expect "number '$wrong'" "$err/$status" "zrcfg: add: $wrong: not an instance number from 1 on/2"
 done
 run add P.T 1 2
-expect "one number only" "$err/$status" "zrcfg: add takes one table and one number/2"
+expect "one number only" "$err/$status" "zrcfg: add: takes one table and one number/2"
 
 run del P.T.1 P.T.3.
 expect "several instances" "$out/$err/$status" "//0"
@@ -44,16 +44,16 @@ expect "counter" "$out" "1"
 expect "what is left" "$(ls /var/P/T | xargs)" "0 2 property.conf"
 run del P.T.1. P.T.2.
 expect "the others are still deleted" "$err/$status/$(ls /var/P/T | xargs)" \
-  "zrcfg: del P.T.1.: refused with 1: no such object, or its URL is too long/1/0 property.conf"
+  "zrcfg: del: P.T.1.: no such object, or its URL is too long (code 1)/1/0 property.conf"
 
 run add P
 expect "no table" "$err/$status" \
-  "zrcfg: add P.: refused with 9: not a table of that kind, or without the instance to copy/1"
+  "zrcfg: add: P.: not a table of that kind, or without the instance to copy (code 9)/1"
 run add Nowhere
-expect "no object" "$err/$status" "zrcfg: add Nowhere.: refused with 9: no such object/1"
+expect "no object" "$err/$status" "zrcfg: add: Nowhere.: no such object (code 9)/1"
 run del P.5.
 expect "no table to delete from" "$err/$status" \
-  "zrcfg: del P.5.: refused with 9: not a table of that kind, or without the instance to copy/1"
+  "zrcfg: del: P.5.: not a table of that kind, or without the instance to copy (code 9)/1"
 for wrong in P.T. T 5 .5 P.T.x P.T.-1 P.T.1x '' .; do
   run del "$wrong"
   expect "'$wrong' is no instance" "$err/$status" \
@@ -76,18 +76,18 @@ run get P.F.7.Name
 expect "copied from the instance named" "$out" "first"
 run add --static --from 9 P.F
 expect "no source" "$err/$status" \
-  "zrcfg: add P.F.: refused with 2: not a table of that kind, or without the instance to copy/1"
+  "zrcfg: add: P.F.: not a table of that kind, or without the instance to copy (code 2)/1"
 run add P.F
 expect "a fixed table needs --static" "$err/$status" \
-  "zrcfg: add P.F.: refused with 2: not a table of that kind, or without the instance to copy/1"
+  "zrcfg: add: P.F.: not a table of that kind, or without the instance to copy (code 2)/1"
 run add --static P.F
 expect "--static needs --from" "$err/$status" "zrcfg: add: --static and --from go together/2"
 run add --static --from x P.F
 expect "--from takes a number" "$(printf %s "$err" | head -1)/$status" \
-  "zrcfg: --from x: not an instance number/2"
+  "zrcfg: add: --from x: not an instance number/2"
 run del --static P.F.7
 expect "deleted" "$status/$(ls /var/P/F | xargs)" "0/0 1 2 property.conf"
 run del P.F.1
 expect "del without --static" "$err/$status" \
-  "zrcfg: del P.F.1: refused with 2: not a table of that kind, or without the instance to copy/1"
+  "zrcfg: del: P.F.1: not a table of that kind, or without the instance to copy (code 2)/1"
 finish

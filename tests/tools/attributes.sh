@@ -31,17 +31,17 @@ for wrong in noti=16 noti=-1 noti= noti=x rw=4 hide=2 accesslist=0123456789abcde
   expect "$wrong is refused, and nothing set" "$(wc -l </var/err)/$status/$(md5sum <$file)" "1/2/$before"
 done
 run attr set A.Second noti=16
-expect "the range is named" "$err" "zrcfg: noti=16: not a number from 0 to 15"
+expect "the range is named" "$err" "zrcfg: attr: noti=16: not a number from 0 to 15"
 run attr set A.Missing noti=1
-expect "unknown parameter" "$err/$status" "zrcfg: attr A.Missing: refused with 12: no such parameter/1"
+expect "unknown parameter" "$err/$status" "zrcfg: attr: A.Missing: no such parameter (code 12)/1"
 run attr get A.Missing
-expect "unknown parameter read" "$err/$status" "zrcfg: attr A.Missing: refused with 5: no such parameter/1"
+expect "unknown parameter read" "$err/$status" "zrcfg: attr: A.Missing: no such parameter (code 5)/1"
 run attr get A.Second color
-expect "unknown attribute" "$err/$status" "zrcfg: color: no such attribute/2"
+expect "unknown attribute" "$err/$status" "zrcfg: attr: color: no such attribute/2"
 run attr put A.Second
 expect "neither get nor set" "$err/$status" "zrcfg: attr: put: not get or set/2"
 run attr set A.Second
-expect "nothing to set" "$err/$status" "zrcfg: attr set takes PATH NAME=VALUE.../2"
+expect "nothing to set" "$err/$status" "zrcfg: attr: set takes PATH NAME=VALUE.../2"
 
 all="flag0=0 hide=0 rw=0 level3=0 key=0 max_instance=0 device_type=0 level7=0 flag8=0 flag9=0 flag11=0"
 run object get A
@@ -52,9 +52,9 @@ run object get A
 expect "and read back" "$(echo $out)" \
   "flag0=1 hide=1 rw=3 level3=9 key=15 max_instance=200 device_type=0 level7=15 flag8=1 flag9=1 flag11=1 pnoe= devfunc= extra_text="
 run object set A 5=300
-expect "out of range" "$err/$status" "zrcfg: max_instance=300: not a number from 0 to 255/2"
+expect "out of range" "$err/$status" "zrcfg: object: max_instance=300: not a number from 0 to 255/2"
 run object set A pnoe=x
-expect "not settable" "$err/$status" "zrcfg: pnoe: cannot be set/2"
+expect "not settable" "$err/$status" "zrcfg: object: pnoe: cannot be set/2"
 run object get B
-expect "missing object" "$err/$status" "zrcfg: object B.: refused with 9: no such object/1"
+expect "missing object" "$err/$status" "zrcfg: object: B.: no such object (code 9)/1"
 finish

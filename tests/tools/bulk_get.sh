@@ -19,9 +19,9 @@ expect "twice the same" "$out" "$(printf 'one\none')"
 run get A.First A.None A.Third B.None C.First
 expect "the others are printed" "$out/$status" "$(printf 'one\nthree')/1"
 expect "each refusal is reported" "$err" "$(printf '%s\n' \
-  'zrcfg: get A.None: refused with 5: no such parameter' \
-  'zrcfg: get B.None: refused with 5: no such parameter' \
-  'zrcfg: get C.First: refused with 9: no such object')"
+  'zrcfg: get: A.None: no such parameter (code 5)' \
+  'zrcfg: get: B.None: no such parameter (code 5)' \
+  'zrcfg: get: C.First: no such object (code 9)')"
 run get A.None A.None2
 expect "only unknown names" "$out/$status/$(wc -l </var/err)" "/1/2"
 

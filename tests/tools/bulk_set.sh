@@ -25,19 +25,19 @@ before=$(md5sum <$a)
 run set A.First=x A.Number=abc A.Third=y B.First=3
 expect "one refused value leaves its object" "$status/$(md5sum <$a)" "1/$before"
 expect "and says so" "$err" "$(printf '%s\n' \
-  "zrcfg: set A.Number: the parameter does not take the value 'abc'" 'zrcfg: set A.: not changed')"
+  "zrcfg: set: A.Number: the parameter does not take the value 'abc' (code 7)" 'zrcfg: set: A.: not changed')"
 run get B.First
 expect "the other object is changed" "$out" "3"
 
 long=$(printf 'v%.0s' $(seq 256))
 run set A.None=1 A.Number=x A.First="$long" A.Third="$(printf '\r')" C.First=1
 expect "every refusal is reported" "$err/$status/$(md5sum <$a)" "$(printf '%s\n' \
-  'zrcfg: set A.None: refused with 5: no such parameter' \
-  "zrcfg: set A.Number: the parameter does not take the value 'x'" \
-  'zrcfg: set A.First: the value has 256 characters, at most 255 can be stored' \
-  'zrcfg: set A.Third: the value begins with a carriage return and would read back empty' \
-  'zrcfg: set C.First: refused with 9: no such object' \
-  'zrcfg: set A.: not changed')/1/$before"
+  'zrcfg: set: A.None: no such parameter (code 5)' \
+  "zrcfg: set: A.Number: the parameter does not take the value 'x' (code 7)" \
+  'zrcfg: set: A.First: the value has 256 characters, at most 255 can be stored' \
+  'zrcfg: set: A.Third: the value begins with a carriage return and would read back empty' \
+  'zrcfg: set: C.First: no such object (code 9)' \
+  'zrcfg: set: A.: not changed')/1/$before"
 
 run set --no-check A.Number=abc
 expect "without the filters" "$err/$status/$(values)" "/0/eins abc three"
@@ -60,7 +60,7 @@ expect "without a pattern file nothing is checked" "$status/$(values)" "0/2 anyt
 mapfile -t many < <(for i in $(seq 1002); do echo "B.First=$i"; done)
 run set "${many[@]}"
 expect "too many for one object" "$err/$status" "$(printf '%s\n' \
-  'zrcfg: set B.: more than 1001 values for one object' 'zrcfg: set B.: not changed')/1"
+  'zrcfg: set: B.: more than 1001 values for one object' 'zrcfg: set: B.: not changed')/1"
 run set "${many[@]:0:1001}"
 expect "1001 for one object" "$err/$status" "/0"
 run get B.First

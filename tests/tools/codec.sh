@@ -19,7 +19,7 @@ for wrong in 4 4G 417; do
   expect "'$wrong' is not hexadecimal" "$out/$err/$status" "/zrcfg: decode: not hexadecimal text/1"
 done
 run decode TQ== TQ==
-expect "one text only" "$err/$status" "zrcfg: decode takes one text/2"
+expect "one text only" "$err/$status" "zrcfg: decode: takes one text/2"
 
 head -c 100000 /dev/urandom >/var/bytes
 "$zrcfg" encode </var/bytes >/var/text
@@ -34,5 +34,5 @@ expect "hexadecimal from standard input" "$?" "0"
 run encode
 expect "empty input" "$out/$status" "/0"
 "$zrcfg" encode <&- 2>/var/err
-expect "no standard input" "$?/$(cat /var/err)" "1/zrcfg: cannot read standard input"
+expect "no standard input" "$?/$(cat /var/err)" "1/zrcfg: encode: cannot read standard input"
 finish

@@ -10,33 +10,33 @@ run get --names A.First A.Second
 expect "names" "$out" "$(printf 'A.First=one\nA.Second=')"
 
 run get A.Missing
-expect "unknown parameter" "$out/$err/$status" "/zrcfg: get A.Missing: refused with 5: no such parameter/1"
+expect "unknown parameter" "$out/$err/$status" "/zrcfg: get: A.Missing: no such parameter (code 5)/1"
 run get A.Missing A.First
 expect "the others are still printed" "$out/$status" "one/1"
 run get B.First
-expect "missing object" "$err/$status" "zrcfg: get B.First: refused with 9: no such object/1"
+expect "missing object" "$err/$status" "zrcfg: get: B.First: no such object (code 9)/1"
 mkdir /var/C
 run get C.First --timeout -2
-expect "no property file" "$err/$status" "zrcfg: get C.First: refused with 8: the object has no property file/1"
+expect "no property file" "$err/$status" "zrcfg: get: C.First: the object has no property file (code 8)/1"
 
 run get A.
-expect "object in place of parameter" "$err/$status" "zrcfg: A.: names an object, not a parameter/2"
+expect "object in place of parameter" "$err/$status" "zrcfg: get: A.: names an object, not a parameter/2"
 run get First
-expect "no path" "$err/$status" "zrcfg: First: not a parameter path (Object.Name)/2"
+expect "no path" "$err/$status" "zrcfg: get: First: not a parameter path (Object.Name)/2"
 run get A.First First
 expect "nothing is read when an argument is wrong" "$out/$status" "/2"
 long=$(printf 'x%.0s' $(seq 64))
 run get "A.$long"
-expect "name of 64 characters" "$err/$status" "zrcfg: A.$long: the parameter name is longer than 63 characters/2"
+expect "name of 64 characters" "$err/$status" "zrcfg: get: A.$long: the parameter name is longer than 63 characters/2"
 long=$(printf 'x%.0s' $(seq 255))
 run get "$long.First"
-expect "URL of 256 characters" "$err/$status" "zrcfg: $long.First: the object URL is longer than 255 characters/2"
+expect "URL of 256 characters" "$err/$status" "zrcfg: get: $long.First: the object URL is longer than 255 characters/2"
 
 printf 'x' >>/var/A/property.conf
 head -c 500 /var/A/property.conf >/var/A/cut && cat /var/A/cut >/var/A/property.conf
 run get A.First
 expect "damaged file" "$err/$status" \
-  "zrcfg: get A.First: refused with 10: the property file is damaged: records and values do not match/1"
+  "zrcfg: get: A.First: the property file is damaged: records and values do not match (code 10)/1"
 
 if [ -e /dev/full ]; then
   make_object A First=one

@@ -17,29 +17,29 @@ expect "equal value leaves the file" "$status/$(stat -c '%Y %Z %i' $file; cat $f
 long=$(printf 'v%.0s' $(seq 256))
 run set "A.First=$long"
 expect "256 characters" "$err/$status" \
-  "zrcfg: set A.First: the value has 256 characters, at most 255 can be stored/1"
+  "zrcfg: set: A.First: the value has 256 characters, at most 255 can be stored/1"
 run set "A.First=${long#v}"
 expect "255 characters" "$err/$status" "/0"
 run get A.First
 expect "255 characters read back" "$out" "${long#v}"
 run set A.First="$(printf 'a\nb')"
-expect "line feed" "$err/$status" "zrcfg: set A.First: the value holds a line feed, which cannot be stored/1"
+expect "line feed" "$err/$status" "zrcfg: set: A.First: the value holds a line feed, which cannot be stored (code 7)/1"
 run set A.First="$(printf '\rb')"
 expect "carriage return" "$err/$status" \
-  "zrcfg: set A.First: the value begins with a carriage return and would read back empty/1"
+  "zrcfg: set: A.First: the value begins with a carriage return and would read back empty/1"
 
 before=$(md5sum <$file)
 run set A.First=x A.Second
-expect "all arguments are checked first" "$err/$status/$(md5sum <$file)" "zrcfg: A.Second: not PATH=VALUE/2/$before"
+expect "all arguments are checked first" "$err/$status/$(md5sum <$file)" "zrcfg: set: A.Second: not PATH=VALUE/2/$before"
 run set B.First=x
-expect "missing object" "$err/$status" "zrcfg: set B.First: refused with 9: no such object/1"
+expect "missing object" "$err/$status" "zrcfg: set: B.First: no such object (code 9)/1"
 
 # A holder of the lock makes a short time-out fail and a long one wait.
 mkfifo /var/release
 flock $file sh -c 'echo held >/var/held; read line </var/release' &
 until [ -e /var/held ]; do sleep 0.01; done
 run set --timeout 50 A.First=y
-expect "locked" "$err/$status" "zrcfg: set A.First: refused with 9: lock not obtained in time/1"
+expect "locked" "$err/$status" "zrcfg: set: A.First: lock not obtained in time (code 9)/1"
 run set --timeout -2 A.First=unlocked
 expect "without a lock" "$status" "0"
 "$zrcfg" --timeout 20000 set A.First=waited &

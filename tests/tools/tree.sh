@@ -27,11 +27,11 @@ run tree --depth 0 Device. Device.T.2
 expect "the objects only" "$out" "$(printf '%s\n' 'r- Device.' 'r- Device.T.2.')"
 run tree --depth x
 expect "--depth takes a number" "$(printf %s "$err" | head -1)/$status" \
-  "zrcfg: --depth x: not a number of levels/2"
+  "zrcfg: tree: --depth x: not a number of levels/2"
 run tree Nope Device.T.10
 expect "the others are still printed" "$out/$err/$status" \
-  "$(printf 'r- Device.T.10.\n  rw P')/zrcfg: tree Nope.: refused with 9: no such object/1"
+  "$(printf 'r- Device.T.10.\n  rw P')/zrcfg: tree: Nope.: no such object (code 9)/1"
 run tree Device.A
 expect "a hidden object" "$out/$err/$status" \
-  "/zrcfg: tree Device.A.: refused with 1: no such object, or its URL is too long/1"
+  "/zrcfg: tree: Device.A.: no such object, or its URL is too long (code 1)/1"
 finish

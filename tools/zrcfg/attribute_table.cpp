@@ -72,6 +72,21 @@ bool text_ok(const Attribute &attribute, const char *text) {
   return false;
 }
 
+void print_attribute(const Attribute &attribute, const void *record, RecordPrinter &printer) {
+  const char *const field = static_cast<const char *>(record) + attribute.offset;
+  if (attribute.kind == AttributeKind::kText) {
+    char text[sizeof(ObjAttr::pnoe) + 1];  // No field is longer.
+    (void)snprintf(text, sizeof text, "%.*s", static_cast<int>(attribute.limit), field);
+    printer.print(Field::of(attribute.name, text));
+    return;
+  }
+  uint32_t number = static_cast<uint8_t>(*field);
+  if (attribute.kind == AttributeKind::kWord) {
+    memcpy(&number, field, sizeof number);
+  }
+  printer.print(Field::of(attribute.name, number));
+}
+
 }  // namespace
 
 const AttributeTable kParamAttributes = {kParam, sizeof kParam / sizeof kParam[0]};
@@ -113,19 +128,6 @@ bool parse_attribute_change(const AttributeTable &table, const char *text,
              : number_ok(*change.attribute, change.value);
 }
 
-void print_attribute(const Attribute &attribute, const void *record) {
-  const char *const field = static_cast<const char *>(record) + attribute.offset;
-  if (attribute.kind == AttributeKind::kText) {
-    printf("%s=%.*s\n", attribute.name, static_cast<int>(attribute.limit), field);
-    return;
-  }
-  uint32_t number = static_cast<uint8_t>(*field);
-  if (attribute.kind == AttributeKind::kWord) {
-    memcpy(&number, field, sizeof number);
-  }
-  printf("%s=%" PRIu32 "\n", attribute.name, number);
-}
-
 bool check_attribute_names(const AttributeTable &table, int count, char **names) {
   for (int i = 0; i < count; ++i) {
     if (find_attribute(table, names[i], strlen(names[i])) == nullptr) {
@@ -135,12 +137,13 @@ bool check_attribute_names(const AttributeTable &table, int count, char **names)
   return true;
 }
 
-void print_attributes(const AttributeTable &table, const void *record, int count, char **names) {
+void print_attributes(const AttributeTable &table, const void *record, int count, char **names,
+                      RecordPrinter &printer) {
   for (int i = 0; i < count; ++i) {
-    print_attribute(*find_attribute(table, names[i], strlen(names[i])), record);
+    print_attribute(*find_attribute(table, names[i], strlen(names[i])), record, printer);
   }
   for (size_t i = 0; count == 0 && i < table.count; ++i) {
-    print_attribute(table.attributes[i], record);
+    print_attribute(table.attributes[i], record, printer);
   }
 }
 

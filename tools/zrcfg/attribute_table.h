@@ -5,6 +5,8 @@
 #include <stddef.h>
 #include <stdint.h>
 
+#include "tools/zrcfg/output.h"
+
 namespace zrcfg_tool {
 
 inline constexpr int kNotSettable = -1;
@@ -40,12 +42,10 @@ struct AttributeChange {
 // Splits NAME=VALUE and checks the value. Reports and returns false when it is none.
 bool parse_attribute_change(const AttributeTable &table, const char *text, AttributeChange &change);
 
-// Prints NAME=VALUE for an attribute of `record`.
-void print_attribute(const Attribute &attribute, const void *record);
-
 // Checks the names of a query, then prints those attributes of `record`, or all when `count` is 0.
 bool check_attribute_names(const AttributeTable &table, int count, char **names);
-void print_attributes(const AttributeTable &table, const void *record, int count, char **names);
+void print_attributes(const AttributeTable &table, const void *record, int count, char **names,
+                      RecordPrinter &printer);
 
 }  // namespace zrcfg_tool
 

@@ -55,11 +55,11 @@ int run_add(const Options &options, const Arguments &arguments) {
   ObjectUrl table;
   int index = kAnyNumber;
   if (arguments.count > 2) {
-    complain("add takes one table and one number");
+    complain("takes one table and one number");
     return kExitUsage;
   }
-  if (options.fixed != (options.from != kNoInstance)) {
-    complain("add: --static and --from go together");
+  if (options.has(kStatic) != (options.from != kNoInstance)) {
+    complain("--static and --from go together");
     return kExitUsage;
   }
   if (!parse_object_url(arguments.values[0], table)) {
@@ -68,15 +68,14 @@ int run_add(const Options &options, const Arguments &arguments) {
   if (arguments.count == 2) {
     const char *const text = arguments.values[1];
     if (!parse_number(text, strlen(text), index) || index == kAnyNumber) {
-      complain("add: %s: not an instance number from 1 on", text);
+      complain("%s: not an instance number from 1 on", text);
       return kExitUsage;
     }
   }
   const uint32_t result =
-      options.fixed ? add_static(options, table, index) : add_dynamic(options, table, index);
+      options.has(kStatic) ? add_static(options, table, index) : add_dynamic(options, table, index);
   if (result != ZRCFG_OK) {
-    report_table_refusal("add", table.text, arguments.count == 2 ? arguments.values[1] : "",
-                         result);
+    report_table_refusal(table.text, arguments.count == 2 ? arguments.values[1] : "", result);
     return kExitRefused;
   }
   printf("%s%d.\n", table.text, index);

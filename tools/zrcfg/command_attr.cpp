@@ -63,22 +63,25 @@ const ItemKind kParameter = {"attr",          "PATH",         kParamAttributes,
 const ItemKind kObject = {"object",     "URL",       kObjectAttributes,
                           parse_object, read_object, write_object};
 
-int refused(const ItemKind &kind, const ParamPath &item, uint32_t result) {
-  report_refusal(kind.command, item.url, item.name, result);
+int refused(const ParamPath &item, uint32_t result) {
+  report_refusal(item.url, item.name, result);
   return kExitRefused;
 }
 
 int get_attributes(const ItemKind &kind, const ParamPath &item, const Arguments &names,
-                   int timeout) {
-  if (!check_attribute_names(kind.attributes, names.count, names.values)) {
+                   const Options &options) {
+  Form form;
+  if (!check_attribute_names(kind.attributes, names.count, names.values) ||
+      !choose_form(options, form)) {
     return kExitUsage;
   }
   Record record = {};
-  const uint32_t result = kind.read(item, record, timeout);
+  const uint32_t result = kind.read(item, record, options.timeout);
   if (result != ZRCFG_OK) {
-    return refused(kind, item, result);
+    return refused(item, result);
   }
-  print_attributes(kind.attributes, &record, names.count, names.values);
+  RecordPrinter printer(form);
+  print_attributes(kind.attributes, &record, names.count, names.values, printer);
   return kExitOk;
 }
 
@@ -94,7 +97,7 @@ int set_attributes(const ItemKind &kind, const ParamPath &item, const Arguments 
     (void)parse_attribute_change(kind.attributes, changes.values[i], change);  // Held above.
     const uint32_t result = kind.write(item, change, timeout);
     if (result != ZRCFG_OK) {
-      return refused(kind, item, result);
+      return refused(item, result);
     }
   }
   return kExitOk;
@@ -104,12 +107,11 @@ int run(const ItemKind &kind, const Options &options, const Arguments &arguments
   const char *const action = arguments.values[0];
   const bool sets = strcmp(action, "set") == 0;
   if (!sets && strcmp(action, "get") != 0) {
-    complain("%s: %s: not get or set", kind.command, action);
+    complain("%s: not get or set", action);
     return kExitUsage;
   }
   if (arguments.count < (sets ? 3 : 2)) {
-    complain("%s %s takes %s %s", kind.command, action, kind.argument,
-             sets ? "NAME=VALUE..." : "[NAME...]");
+    complain("%s takes %s %s", action, kind.argument, sets ? "NAME=VALUE..." : "[NAME...]");
     return kExitUsage;
   }
   ParamPath item;
@@ -118,7 +120,7 @@ int run(const ItemKind &kind, const Options &options, const Arguments &arguments
   }
   const Arguments rest = {arguments.count - 2, arguments.values + 2};
   return sets ? set_attributes(kind, item, rest, options.timeout)
-              : get_attributes(kind, item, rest, options.timeout);
+              : get_attributes(kind, item, rest, options);
 }
 
 }  // namespace

@@ -68,11 +68,11 @@ bool write_output(const char *bytes, size_t size) {
 
 bool encode(const Options &options, const char *text, size_t size) {
   Bytes output;
-  const size_t encoded = options.hex ? 2 * size : (size + 2) / 3 * 4;
+  const size_t encoded = options.has(kHex) ? 2 * size : (size + 2) / 3 * 4;
   if (!output.reserve(encoded + 1)) {
     return false;
   }
-  if (options.hex) {
+  if (options.has(kHex)) {
     (void)hex_to_ascii(reinterpret_cast<const unsigned char *>(text), output.at,
                        static_cast<int>(size));
   } else {
@@ -96,14 +96,14 @@ bool decode(const Options &options, const char *text, size_t size) {
     return false;
   }
   int decoded = -1;
-  if (options.hex) {
+  if (options.has(kHex)) {
     decoded =
         ascii_to_hex(text, reinterpret_cast<unsigned char *>(output.at), static_cast<int>(size));
   } else if (is_base64(text, size)) {
     decoded = zrcfg_dencryp_string(text, output.at, static_cast<int>(size));
   }
   if (decoded < 0) {
-    complain("decode: not %s text", options.hex ? "hexadecimal" : "base64");
+    complain("not %s text", options.has(kHex) ? "hexadecimal" : "base64");
     return false;
   }
   (void)write_output(output.at, static_cast<size_t>(decoded));
@@ -139,7 +139,7 @@ int run_encode(const Options &options, const Arguments &arguments) {
 
 int run_decode(const Options &options, const Arguments &arguments) {
   if (arguments.count > 1) {
-    complain("decode takes one text");
+    complain("takes one text");
     return kExitUsage;
   }
   if (arguments.count == 1) {

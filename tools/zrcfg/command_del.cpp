@@ -10,7 +10,7 @@
 namespace zrcfg_tool {
 namespace {
 
-constexpr int kTemplate = 0;
+constexpr int kTemplateNumber = 0;
 
 struct Instance {
   ObjectUrl table;
@@ -28,14 +28,14 @@ bool parse_instance(const Options &options, const char *text, Instance &instance
       dot != nullptr ? static_cast<size_t>(static_cast<const char *>(dot) - text) + 1 : 0;
   if (table_length < 2 ||
       !parse_number(text + table_length, length - table_length, instance.index)) {
-    complain("del: %s: not an instance's URL (Table.Number.)", text);
+    complain("%s: not an instance's URL (Table.Number.)", text);
     return false;
   }
   if (table_length >= sizeof instance.table.text) {
-    complain("del: %s: the object URL is longer than 255 characters", text);
+    complain("%s: the object URL is longer than 255 characters", text);
     return false;
   }
-  if (instance.index == kTemplate && !options.allow_template) {
+  if (instance.index == kTemplateNumber && !options.has(kTemplate)) {
     complain(
         "del: %s: is the template, without which the table takes no more instances; "
         "--template deletes it",
@@ -54,8 +54,8 @@ const char *number_behind(const char *text, const Instance &instance) {
 
 uint32_t delete_instance(const Options &options, const Instance &instance) {
   const char *const table = instance.table.text;
-  return options.fixed ? zrcfg_delobject_static(table, instance.index, options.timeout)
-                       : zrcfg_delobject(table, instance.index, options.timeout);
+  return options.has(kStatic) ? zrcfg_delobject_static(table, instance.index, options.timeout)
+                              : zrcfg_delobject(table, instance.index, options.timeout);
 }
 
 }  // namespace
@@ -72,7 +72,7 @@ int run_del(const Options &options, const Arguments &arguments) {
     (void)parse_instance(options, arguments.values[i], instance);  // Held above.
     const uint32_t result = delete_instance(options, instance);
     if (result != ZRCFG_OK) {
-      report_table_refusal("del", instance.table.text, number_behind(arguments.values[i], instance),
+      report_table_refusal(instance.table.text, number_behind(arguments.values[i], instance),
                            result);
       exit_code = kExitRefused;
     }

@@ -1,8 +1,8 @@
 // get PATH...: prints the values of parameters.
-#include <stdio.h>
 #include <string.h>
 
 #include "tools/zrcfg/command.h"
+#include "tools/zrcfg/output.h"
 #include "tools/zrcfg/report.h"
 #include "tools/zrcfg/value_requests.h"
 #include "zrcfg.h"
@@ -37,17 +37,20 @@ int run_get(const Options &options, const Arguments &arguments) {
       return kExitUsage;
     }
   }
+  Form form;
+  if (!choose_form(options, form)) {
+    return kExitUsage;
+  }
   read_all(options, requests);
   int exit_code = kExitOk;
+  ListPrinter printer(form);
   for (int i = 0; i < requests.size(); ++i) {
     const Request &request = requests.at(i);
     if (request.result != ZRCFG_OK) {
-      report_refusal("get", request.path.url, request.path.name, request.result);
+      report_refusal(request.path.url, request.path.name, request.result);
       exit_code = kExitRefused;
-    } else if (options.names) {
-      printf("%s=%s\n", request.text, request.stored);
     } else {
-      puts(request.stored);
+      printer.print_value(request.text, request.stored, options.has(kNames));
     }
   }
   return exit_code;

@@ -31,7 +31,7 @@ void refuse(const Request &request, const char *format, ...) {
   va_start(arguments, format);
   (void)vsnprintf(reason, sizeof reason, format, arguments);  // The reasons below fit.
   va_end(arguments);
-  complain("set %s%s: %s", request.path.url, request.path.name, reason);
+  complain("%s%s: %s", request.path.url, request.path.name, reason);
 }
 
 // What the library would ignore, or store so that it reads back otherwise, is an error here.
@@ -40,7 +40,7 @@ bool text_ok(const Request &request) {
   if (length >= ZRCFG_VALUE_SIZE) {
     refuse(request, "the value has %zu characters, at most 255 can be stored", length);
   } else if (strchr(request.new_value, '\n') != nullptr) {
-    refuse(request, "the value holds a line feed, which cannot be stored");
+    refuse(request, "the value holds a line feed, which cannot be stored (code %u)", ZRCFG_E_FILE);
   } else if (request.new_value[0] == '\r') {
     refuse(request, "the value begins with a carriage return and would read back empty");
   } else {
@@ -53,10 +53,10 @@ bool filter_ok(const Options &options, const Request &request) {
   const uint32_t result = static_cast<uint32_t>(zrcfg_paramvalue_check(
       request.path.url, request.path.name, request.new_value, options.timeout));
   if (result == ZRCFG_E_FILE) {
-    refuse(request, "the parameter does not take the value '%.*s'%s", 80, request.new_value,
-           strlen(request.new_value) > 80 ? "…" : "");
+    refuse(request, "the parameter does not take the value '%.*s'%s (code %u)", 80,
+           request.new_value, strlen(request.new_value) > 80 ? "…" : "", ZRCFG_E_FILE);
   } else if (result != ZRCFG_OK) {
-    report_refusal("set", request.path.url, request.path.name, result);
+    report_refusal(request.path.url, request.path.name, result);
   }
   return result == ZRCFG_OK;
 }
@@ -65,7 +65,7 @@ bool filter_ok(const Options &options, const Request &request) {
 bool check_object(const Options &options, RequestTable &requests, int group) {
   const int size = requests.group_size(group);
   if (size > ZRCFG_MAX_REQUESTS) {
-    complain("set %s: more than %d values for one object", requests.member(group, 0).path.url,
+    complain("%s: more than %d values for one object", requests.member(group, 0).path.url,
              ZRCFG_MAX_REQUESTS);
     return false;
   }
@@ -74,9 +74,9 @@ bool check_object(const Options &options, RequestTable &requests, int group) {
   for (int i = 0; i < size; ++i) {
     const Request &request = requests.member(group, i);
     if (request.result != ZRCFG_OK) {
-      report_refusal("set", request.path.url, request.path.name, request.result);
+      report_refusal(request.path.url, request.path.name, request.result);
       all_ok = false;
-    } else if (!text_ok(request) || (options.check && !filter_ok(options, request))) {
+    } else if (!text_ok(request) || (!options.has(kNoCheck) && !filter_ok(options, request))) {
       all_ok = false;
     }
   }
@@ -105,13 +105,13 @@ bool write_object(const Options &options, RequestTable &requests, int group) {
     request.entry.fault = &request.fault;
   }
   Request &first = requests.member(group, 0);
-  const auto write = options.check ? zrcfg_setmultiparamval_check : zrcfg_setmultiparamval;
+  const auto write = !options.has(kNoCheck) ? zrcfg_setmultiparamval_check : zrcfg_setmultiparamval;
   const uint32_t result =
       static_cast<uint32_t>(write(first.path.url, &first.entry, options.timeout));
   if (result == ZRCFG_OK) {
     return true;
   }
-  report_refusal("set", first.path.url, size == 1 ? first.path.name : "", result);
+  report_refusal(first.path.url, size == 1 ? first.path.name : "", result);
   return false;
 }
 
@@ -137,7 +137,7 @@ int run_set(const Options &options, const Arguments &arguments) {
     if (requests.refused(group)) {
       exit_code = kExitRefused;
       if (requests.group_size(group) > 1) {
-        complain("set %s: not changed", requests.member(group, 0).path.url);
+        complain("%s: not changed", requests.member(group, 0).path.url);
       }
     } else if (!write_object(options, requests, group)) {
       exit_code = kExitRefused;

@@ -4,6 +4,7 @@
 
 #include "tools/zrcfg/command.h"
 #include "tools/zrcfg/object_url.h"
+#include "tools/zrcfg/output.h"
 #include "tools/zrcfg/report.h"
 #include "zrcfg.h"
 
@@ -24,75 +25,107 @@ struct NodeList {
   NodeList &operator=(const NodeList &) = delete;
 };
 
-void print_node(int level, uint8_t rw, const char *name) {
-  printf("%*s%s %s", kIndent * level, "", rw != 0 ? "rw" : "r-", name);
-}
-
 bool is_number(const char *name) {
   const size_t digits = strspn(name, "0123456789");
   return digits > 0 && name[digits] == '.';
 }
 
-// Prints the numbers of the sub-objects that are instances, behind the object's name.
-void print_instances(const NodeList &children, size_t url_length) {
-  const char *before = "  instances: ";
-  for (const NODE_INFO *node = children.head; node != nullptr; node = node->next) {
-    const char *const name = node->name + url_length;
-    if (is_number(name)) {
-      printf("%s%.*s", before, static_cast<int>(strlen(name)) - 1, name);
-      before = " ";
+const char *access_of(const NODE_INFO &node) {
+  return node.rw != 0 ? "rw" : "r-";
+}
+
+// Prints the tree as text with indents, or its nodes as a list.
+class TreePrinter {
+ public:
+  explicit TreePrinter(Form form) : text_(form == Form::kText), list_(form) {}
+
+  // `name_at` is where the node's own name begins in its path.
+  void print_parameter(const NODE_INFO &node, size_t name_at, int level) {
+    if (text_) {
+      printf("%*s%s %s\n", kIndent * level, "", access_of(node), node.name + name_at);
+    } else {
+      print_entry(node, "parameter");
     }
   }
-  putchar('\n');
-}
+
+  void print_object(const NODE_INFO &node, size_t name_at, int level, const NodeList &children) {
+    if (!text_) {
+      print_entry(node, "object");
+      return;
+    }
+    printf("%*s%s %s", kIndent * level, "", access_of(node), node.name + name_at);
+    print_instances(children, strlen(node.name));
+    putchar('\n');
+  }
+
+ private:
+  // Prints the numbers of the sub-objects that are instances.
+  static void print_instances(const NodeList &children, size_t url_length) {
+    const char *before = "  instances: ";
+    for (const NODE_INFO *node = children.head; node != nullptr; node = node->next) {
+      const char *const name = node->name + url_length;
+      if (is_number(name)) {
+        printf("%s%.*s", before, static_cast<int>(strlen(name)) - 1, name);
+        before = " ";
+      }
+    }
+  }
+
+  void print_entry(const NODE_INFO &node, const char *kind) {
+    const Field fields[] = {Field::of("path", node.name), Field::of("kind", kind),
+                            Field::of("rw", uint32_t{node.rw})};
+    list_.print_entry(fields, 3, node.name, access_of(node));
+  }
+
+  bool text_;
+  ListPrinter list_;
+};
 
 // Prints an object, and what is at most `depth` levels below it. Only the first one's failure is
 // reported: below it, what has gone meanwhile is left out. The library's bound on URLs bounds the
 // recursion.
-uint32_t print_object(const Options &options, const char *url, size_t parent_length, int level,
-                      int depth) {
+uint32_t print_object(TreePrinter &printer, const char *url, size_t name_at, int level, int depth,
+                      int timeout) {
   NodeList own;
-  const uint32_t result = zrcfg_getallnodeinfo(url, &own.head, &own.tail, options.timeout);
+  const uint32_t result = zrcfg_getallnodeinfo(url, &own.head, &own.tail, timeout);
   if (result != ZRCFG_OK) {
     return result;
   }
   NodeList children;
-  (void)zrcfg_getsubobjinfo(url, &children.head, &children.tail, options.timeout);  // None then.
+  (void)zrcfg_getsubobjinfo(url, &children.head, &children.tail, timeout);  // None then.
   const size_t url_length = strlen(url);
-  print_node(level, own.head->rw, url + parent_length);
-  print_instances(children, url_length);
+  printer.print_object(*own.head, name_at, level, children);
   if (depth == 0) {
     return ZRCFG_OK;
   }
   for (const NODE_INFO *node = own.head->next; node != nullptr; node = node->next) {
-    print_node(level + 1, node->rw, node->name + url_length);
-    putchar('\n');
+    printer.print_parameter(*node, url_length, level + 1);
   }
   for (const NODE_INFO *node = children.head; node != nullptr; node = node->next) {
-    (void)print_object(options, node->name, url_length, level + 1, depth - 1);
+    (void)print_object(printer, node->name, url_length, level + 1, depth - 1, timeout);
   }
   return ZRCFG_OK;
 }
 
-bool print_tree(const Options &options, const char *url) {
-  const uint32_t result = print_object(options, url, 0, 0, options.depth);
+bool print_tree(const Options &options, TreePrinter &printer, const char *url) {
+  const uint32_t result = print_object(printer, url, 0, 0, options.depth, options.timeout);
   if (result != ZRCFG_OK) {
-    report_refusal("tree", url, "", result);
+    report_refusal(url, "", result);
   }
   return result == ZRCFG_OK;
 }
 
-int print_roots(const Options &options) {
+int print_roots(const Options &options, TreePrinter &printer) {
   bool any = false;
   bool all_ok = true;
   for (const char *root : kRoots) {
     if (zrcfg_isobjectexist(root) == 1) {
       any = true;
-      all_ok = print_tree(options, root) && all_ok;
+      all_ok = print_tree(options, printer, root) && all_ok;
     }
   }
   if (!any) {
-    complain("tree: neither %s nor %s is in the store", kRoots[0], kRoots[1]);
+    complain("neither %s nor %s is in the store", kRoots[0], kRoots[1]);
   }
   return any && all_ok ? kExitOk : kExitRefused;
 }
@@ -106,13 +139,18 @@ int run_tree(const Options &options, const Arguments &arguments) {
       return kExitUsage;
     }
   }
+  Form form;
+  if (!choose_form(options, form)) {
+    return kExitUsage;
+  }
+  TreePrinter printer(form);
   if (arguments.count == 0) {
-    return print_roots(options);
+    return print_roots(options, printer);
   }
   int exit_code = kExitOk;
   for (int i = 0; i < arguments.count; ++i) {
     (void)parse_object_url(arguments.values[i], url);  // Held above.
-    if (!print_tree(options, url.text)) {
+    if (!print_tree(options, printer, url.text)) {
       exit_code = kExitRefused;
     }
   }

@@ -1,4 +1,4 @@
-// The options that every subcommand understands.
+// The options of the command line.
 #ifndef ZRCFG_TOOLS_ZRCFG_OPTIONS_H_
 #define ZRCFG_TOOLS_ZRCFG_OPTIONS_H_
 
@@ -6,25 +6,55 @@
 
 namespace zrcfg_tool {
 
+// One bit an option: what a command allows, and what was given.
+enum OptionBit : unsigned {
+  kTimeout = 1u << 0,
+  kHelp = 1u << 1,
+  kVersion = 1u << 2,
+  kNames = 1u << 3,
+  kNoCheck = 1u << 4,
+  kStatic = 1u << 5,
+  kFrom = 1u << 6,
+  kTemplate = 1u << 7,
+  kDepth = 1u << 8,
+  kHex = 1u << 9,
+  kJson = 1u << 10,
+  kNull = 1u << 11,
+  kShell = 1u << 12,
+  kMode = 1u << 13,
+  kVerbose = 1u << 14,
+  kDryRun = 1u << 15,
+  kKeepGoing = 1u << 16,
+  kShared = 1u << 17,
+};
+
+// Options that every command takes, and those of commands that print what they read.
+inline constexpr unsigned kCommonOptions = kTimeout | kHelp | kVersion;
+inline constexpr unsigned kOutputOptions = kJson | kNull | kShell;
+
 inline constexpr int kNoInstance = -1;
+inline constexpr int kAllModes = 0;
 
 struct Options {
-  int timeout = 3000;  // Milliseconds, as the library takes them.
-  bool names = false;
-  bool check = true;            // Whether values have to pass their filters.
-  bool fixed = false;           // The table is a fixed one.
-  int from = kNoInstance;       // The instance to copy.
-  bool allow_template = false;  // Whether the template may be deleted.
-  int depth = INT_MAX;          // Levels of a tree.
-  bool hex = false;
-  bool help = false;
-  bool version = false;
+  unsigned given = 0;      // The OptionBits that were given.
+  int timeout = 3000;      // Milliseconds, as the library takes them.
+  int from = kNoInstance;  // The instance to copy.
+  int depth = INT_MAX;     // Levels of a tree.
+  int mode = kAllModes;    // Of the export calls.
+
+  bool has(unsigned bit) const { return (given & bit) != 0; }
 };
 
 // Reads options from argv[1] on and moves other arguments behind them; with `stop_at_argument` it
 // stops at the first other argument instead. Returns the index of the first argument left, or -1
 // after reporting what is wrong.
 int parse_options(int argc, char **argv, bool stop_at_argument, Options &options);
+
+// Whether everything that was given is among `allowed`; else reports it.
+bool options_allowed(const Options &options, unsigned allowed);
+
+// Prints the options that are among `allowed`, one a line.
+void print_options(unsigned allowed);
 
 }  // namespace zrcfg_tool
 

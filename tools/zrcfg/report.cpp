@@ -1,4 +1,4 @@
-// What the command line says on standard error.
+// What the command line says on standard error, one line an error.
 #include "tools/zrcfg/report.h"
 
 #include <stdarg.h>
@@ -41,15 +41,31 @@ bool is_missing(const char *url, uint32_t result) {
   return (result == ZRCFG_E_LOCK || result == ZRCFG_E_NO_FILE) && zrcfg_isobjectexist(url) == 0;
 }
 
-void report(const char *command, const char *url, const char *name, uint32_t result,
-            const char *meaning) {
-  complain("%s %s%s: refused with %d: %s", command, url, name, static_cast<int>(result), meaning);
+void report(const char *url, const char *name, uint32_t result, const char *meaning) {
+  complain("%s%s: %s (code %d)", url, name, meaning, static_cast<int>(result));
 }
+
+const char *current_command = nullptr;
+size_t current_line = 0;
 
 }  // namespace
 
+void set_report_command(const char *command) {
+  current_command = command;
+}
+
+void set_report_line(size_t line) {
+  current_line = line;
+}
+
 void complain(const char *format, ...) {
   fputs("zrcfg: ", stderr);
+  if (current_line != 0) {
+    fprintf(stderr, "line %zu: ", current_line);
+  }
+  if (current_command != nullptr) {
+    fprintf(stderr, "%s: ", current_command);
+  }
   va_list arguments;
   va_start(arguments, format);
   vfprintf(stderr, format, arguments);
@@ -66,19 +82,19 @@ const char *meaning_of(uint32_t result) {
   return "unknown result";
 }
 
-void report_refusal(const char *command, const char *url, const char *name, uint32_t result) {
+void report_refusal(const char *url, const char *name, uint32_t result) {
   const char *const meaning = is_missing(url, result) ? "no such object" : meaning_of(result);
-  report(command, url, name, result, meaning);
+  report(url, name, result, meaning);
 }
 
-void report_table_refusal(const char *command, const char *url, const char *name, uint32_t result) {
+void report_table_refusal(const char *url, const char *name, uint32_t result) {
   char instance[ZRCFG_URL_SIZE + 2];
   (void)snprintf(instance, sizeof instance, "%s0.", url);  // Fits.
   if (!is_missing(url, result) && is_missing(instance, result)) {
-    report(command, url, name, result, meaning_of(ZRCFG_E_NOT_DYNAMIC));
+    report(url, name, result, meaning_of(ZRCFG_E_NOT_DYNAMIC));
     return;
   }
-  report_refusal(command, url, name, result);
+  report_refusal(url, name, result);
 }
 
 }  // namespace zrcfg_tool

@@ -1,23 +1,28 @@
-// What the command line says on standard error.
+// What the command line says on standard error, one line an error.
 #ifndef ZRCFG_TOOLS_ZRCFG_REPORT_H_
 #define ZRCFG_TOOLS_ZRCFG_REPORT_H_
 
+#include <stddef.h>
 #include <stdint.h>
 
 namespace zrcfg_tool {
 
-// Prints "zrcfg: ", the formatted text and a line feed.
+// Where errors come from from now on: a command, and a line of a file (0 for none). Null for none.
+void set_report_command(const char *command);
+void set_report_line(size_t line);
+
+// Prints "zrcfg: [line N: ][COMMAND: ]", the formatted text and a line feed.
 void complain(const char *format, ...) __attribute__((format(printf, 1, 2)));
 
 // The meaning of a result code of the library, in words.
 const char *meaning_of(uint32_t result);
 
-// Prints a refusal of the store: the command, the object or parameter (URL and name, which may be
-// empty), the code and its meaning.
-void report_refusal(const char *command, const char *url, const char *name, uint32_t result);
+// Prints a refusal of the store: the object or parameter (URL and name, which may be empty), the
+// code's meaning and the code.
+void report_refusal(const char *url, const char *name, uint32_t result);
 
 // The same for a call on the instances of the table `url`: a missing template has no lock either.
-void report_table_refusal(const char *command, const char *url, const char *name, uint32_t result);
+void report_table_refusal(const char *url, const char *name, uint32_t result);
 
 }  // namespace zrcfg_tool
 

@@ -1,0 +1,95 @@
+// The commands of the command line.
+#include "tools/zrcfg/command.h"
+
+#include <string.h>
+
+#include "tools/zrcfg/report.h"
+
+namespace zrcfg_tool {
+namespace {
+
+constexpr Command kCommands[] = {
+    {"get", "PATH...",
+     "Prints the value of each parameter, one a line; --names prints PATH=VALUE.\n"
+     "Parameters of one object are read together.",
+     kOutputOptions | kNames, run_get, true},
+    {"set", "PATH=VALUE...",
+     "Sets parameters, object by object. All values are checked first and every\n"
+     "refusal is reported; an object of which one is refused is not changed. Equal\n"
+     "values are not written. Only the first = splits.",
+     kNoCheck, run_set, true},
+    {"list", "URL...", "Prints PATH=VALUE for all visible parameters of each object.",
+     kOutputOptions, run_list, true},
+    {"tree", "[URL...]",
+     "Prints objects and parameters with their access rights, and the numbers of\n"
+     "instances; without URL all that is in the store.",
+     kOutputOptions | kDepth, run_tree, false},
+    {"attr", "get PATH [NAME...] | set PATH NAME=VALUE...",
+     "Prints attributes of a parameter, all or those named by name or number, or sets\n"
+     "them; all arguments are checked before the first is set.",
+     kOutputOptions, run_attr, true},
+    {"object", "get URL [NAME...] | set URL NAME=VALUE...", "The same for an object.",
+     kOutputOptions, run_object, true},
+    {"wan", "URL|INDEX", "Prints the user index, device, number and type of a WAN connection.",
+     kOutputOptions, run_wan, true},
+    {"add", "URL [INDEX]",
+     "Creates an instance of a table, with the lowest free number unless INDEX says\n"
+     "another, and prints its URL. A fixed table needs --static and --from.",
+     kStatic | kFrom, run_add, true},
+    {"del", "INSTANCE-URL...",
+     "Deletes instances with all below them. Instance 0, the template, needs\n"
+     "--template; the instances of a fixed table need --static.",
+     kStatic | kTemplate, run_del, true},
+    {"exists", "URL", "Tells by its exit code whether the object exists.", kOutputOptions,
+     run_exists, true},
+    {"encode", "[TEXT...]",
+     "Prints each text, or standard input, in base64, or in hexadecimal digits.", kHex, run_encode,
+     false},
+    {"decode", "[TEXT]", "The reverse; writes the bytes as they are, with no line end.", kHex,
+     run_decode, false},
+    {"help", "[COMMAND]", "Prints the help, or that of a command.", 0, run_help, false},
+};
+
+}  // namespace
+
+CommandTable all_commands() {
+  return {kCommands, sizeof kCommands / sizeof kCommands[0]};
+}
+
+const Command *find_command(const char *name) {
+  for (const Command &command : kCommands) {
+    if (strcmp(command.name, name) == 0) {
+      return &command;
+    }
+  }
+  return nullptr;
+}
+
+int run_command(int argc, char **argv, const Options &defaults) {
+  const Command *const command = find_command(argv[0]);
+  if (command == nullptr) {
+    complain("no command '%s'; 'zrcfg help' lists them", argv[0]);
+    return kExitUsage;
+  }
+  set_report_command(command->name);
+  Options options = defaults;
+  const int first = parse_options(argc, argv, false, options);
+  if (first == -1) {
+    return kExitUsage;
+  }
+  if (options.has(kHelp)) {
+    char *const name = argv[0];
+    char *names[] = {name};
+    return run_help(options, {1, names});
+  }
+  if (!options_allowed(options, command->options | kCommonOptions)) {
+    return kExitUsage;
+  }
+  if (first == argc && command->needs_argument) {
+    complain("takes %s", command->arguments);
+    return kExitUsage;
+  }
+  return command->run(options, {argc - first, argv + first});
+}
+
+}  // namespace zrcfg_tool
