@@ -42,6 +42,11 @@ constexpr Command kCommands[] = {
      kStatic | kTemplate, run_del, true},
     {"exists", "URL", "Tells by its exit code whether the object exists.", kOutputOptions,
      run_exists, true},
+    {"export", "URL [FILE]",
+     "Writes the configuration of an object and all below it as text, to standard\n"
+     "output or to a file: +INSTANCE-URL for each instance, PATH=VALUE for each\n"
+     "parameter, hidden ones included.",
+     0, run_export, true},
     {"encode", "[TEXT...]",
      "Prints each text, or standard input, in base64, or in hexadecimal digits.", kHex, run_encode,
      false},

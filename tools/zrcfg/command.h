@@ -33,6 +33,7 @@ int run_decode(const Options &options, const Arguments &arguments);
 int run_del(const Options &options, const Arguments &arguments);
 int run_encode(const Options &options, const Arguments &arguments);
 int run_exists(const Options &options, const Arguments &arguments);
+int run_export(const Options &options, const Arguments &arguments);
 int run_get(const Options &options, const Arguments &arguments);
 int run_help(const Options &options, const Arguments &arguments);
 int run_list(const Options &options, const Arguments &arguments);

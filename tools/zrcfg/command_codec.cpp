@@ -1,9 +1,9 @@
 // encode, decode: texts and bytes as base64 or hexadecimal digits and back.
 #include <limits.h>
 #include <stdio.h>
-#include <stdlib.h>
 #include <string.h>
 
+#include "tools/zrcfg/bytes.h"
 #include "tools/zrcfg/command.h"
 #include "tools/zrcfg/report.h"
 #include "zrcfg.h"
@@ -11,56 +11,8 @@
 namespace zrcfg_tool {
 namespace {
 
-// A growing block of bytes.
-struct Bytes {
-  char *at = nullptr;
-  size_t size = 0;
-
-  Bytes() = default;
-  ~Bytes() { free(at); }
-  Bytes(const Bytes &) = delete;
-  Bytes &operator=(const Bytes &) = delete;
-
-  // Room for `capacity` bytes in all. Reports and returns false without memory.
-  bool reserve(size_t capacity) {
-    char *const grown = static_cast<char *>(realloc(at, capacity));
-    if (grown == nullptr) {
-      complain("out of memory");
-      return false;
-    }
-    at = grown;
-    return true;
-  }
-};
-
 // The codecs count in int, and hexadecimal text is twice as long as what it stands for.
 constexpr size_t kMaxInput = INT_MAX / 4;
-
-// Reads standard input whole, and terminates it.
-bool read_input(Bytes &input) {
-  size_t capacity = 0;
-  size_t got = 1;
-  while (got > 0) {
-    if (capacity - input.size < 2) {
-      capacity = capacity == 0 ? 4096 : capacity * 2;
-      if (!input.reserve(capacity)) {
-        return false;
-      }
-    }
-    got = fread(input.at + input.size, 1, capacity - input.size - 1, stdin);
-    input.size += got;
-    if (input.size > kMaxInput) {
-      complain("the input is longer than %zu bytes", kMaxInput);
-      return false;
-    }
-  }
-  if (ferror(stdin) != 0) {
-    complain("cannot read standard input");
-    return false;
-  }
-  input.at[input.size] = '\0';
-  return true;
-}
 
 bool write_output(const char *bytes, size_t size) {
   return fwrite(bytes, 1, size, stdout) == size;  // main reports what standard output suffers.
@@ -127,7 +79,10 @@ size_t strip_white_space(char *text, size_t size) {
 int run_encode(const Options &options, const Arguments &arguments) {
   Bytes input;
   if (arguments.count == 0) {
-    return read_input(input) && encode(options, input.at, input.size) ? kExitOk : kExitRefused;
+    return input.read_all(stdin, "standard input", kMaxInput) &&
+                   encode(options, input.at, input.size)
+               ? kExitOk
+               : kExitRefused;
   }
   for (int i = 0; i < arguments.count; ++i) {
     if (!encode(options, arguments.values[i], strlen(arguments.values[i]))) {
@@ -147,7 +102,7 @@ int run_decode(const Options &options, const Arguments &arguments) {
     return decode(options, text, strlen(text)) ? kExitOk : kExitRefused;
   }
   Bytes input;
-  if (!read_input(input)) {
+  if (!input.read_all(stdin, "standard input", kMaxInput)) {
     return kExitRefused;
   }
   const size_t size = strip_white_space(input.at, input.size);

@@ -3,6 +3,7 @@
 
 #include <string.h>
 
+#include "tools/zrcfg/number.h"
 #include "tools/zrcfg/report.h"
 
 namespace zrcfg_tool {
@@ -23,6 +24,18 @@ bool parse_object_url(const char *text, ObjectUrl &url) {
     memcpy(url.text + length, ".", 2);
   }
   return true;
+}
+
+bool split_instance(const ObjectUrl &url, InstanceName &instance) {
+  const size_t length = strlen(url.text) - 1;  // Without the final dot.
+  const void *const dot = memrchr(url.text, '.', length);
+  if (dot == nullptr || dot == url.text) {
+    return false;
+  }
+  const size_t table_length = static_cast<size_t>(static_cast<const char *>(dot) - url.text) + 1;
+  memcpy(instance.table.text, url.text, table_length);
+  instance.table.text[table_length] = '\0';
+  return parse_number(url.text + table_length, length - table_length, instance.index);
 }
 
 }  // namespace zrcfg_tool

@@ -14,6 +14,15 @@ struct ObjectUrl {
 // or too long.
 bool parse_object_url(const char *text, ObjectUrl &url);
 
+// The URL of an instance, split.
+struct InstanceName {
+  ObjectUrl table;
+  int index;
+};
+
+// Splits a URL whose last component is a number; whether it is one.
+bool split_instance(const ObjectUrl &url, InstanceName &instance);
+
 }  // namespace zrcfg_tool
 
 #endif  // ZRCFG_TOOLS_ZRCFG_OBJECT_URL_H_

@@ -1,0 +1,72 @@
+// A growing block of bytes.
+#include "tools/zrcfg/bytes.h"
+
+#include <stdlib.h>
+#include <string.h>
+
+#include "tools/zrcfg/report.h"
+
+namespace zrcfg_tool {
+namespace {
+
+constexpr size_t kFirstCapacity = 4096;
+
+}  // namespace
+
+Bytes::~Bytes() {
+  free(at);
+}
+
+bool Bytes::reserve(size_t capacity) {
+  if (capacity <= capacity_) {
+    return true;
+  }
+  size_t grown = capacity_ == 0 ? kFirstCapacity : capacity_;
+  while (grown < capacity) {
+    grown *= 2;
+  }
+  char *const block = static_cast<char *>(realloc(at, grown));
+  if (block == nullptr) {
+    complain("out of memory");
+    return false;
+  }
+  at = block;
+  capacity_ = grown;
+  return true;
+}
+
+bool Bytes::append(const char *bytes, size_t length) {
+  if (!reserve(size + length)) {
+    return false;
+  }
+  memcpy(at + size, bytes, length);
+  size += length;
+  return true;
+}
+
+bool Bytes::append(const char *text) {
+  return append(text, strlen(text));
+}
+
+bool Bytes::read_all(FILE *stream, const char *name, size_t limit) {
+  size_t got = 1;
+  while (got > 0) {
+    if (!reserve(size + kFirstCapacity)) {
+      return false;
+    }
+    got = fread(at + size, 1, capacity_ - size - 1, stream);
+    size += got;
+    if (size > limit) {
+      complain("%s: longer than %zu bytes", name, limit);
+      return false;
+    }
+  }
+  if (ferror(stream) != 0) {
+    complain("%s: cannot be read", name);
+    return false;
+  }
+  at[size] = '\0';
+  return true;
+}
+
+}  // namespace zrcfg_tool
