@@ -47,6 +47,11 @@ constexpr Command kCommands[] = {
      "output or to a file: +INSTANCE-URL for each instance, PATH=VALUE for each\n"
      "parameter, hidden ones included.",
      0, run_export, true},
+    {"apply", "FILE",
+     "Replays a configuration: -INSTANCE-URL deletes, +INSTANCE-URL creates, PATH=VALUE\n"
+     "sets; first all deletions, then creations, values, and counters. Every line is\n"
+     "checked before anything is changed. FILE may be - for standard input.",
+     kMode | kVerbose | kDryRun | kNoCheck | kExact, run_apply, true},
     {"encode", "[TEXT...]",
      "Prints each text, or standard input, in base64, or in hexadecimal digits.", kHex, run_encode,
      false},

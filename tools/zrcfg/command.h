@@ -28,6 +28,7 @@ struct Command {
 };
 
 int run_add(const Options &options, const Arguments &arguments);
+int run_apply(const Options &options, const Arguments &arguments);
 int run_attr(const Options &options, const Arguments &arguments);
 int run_decode(const Options &options, const Arguments &arguments);
 int run_del(const Options &options, const Arguments &arguments);

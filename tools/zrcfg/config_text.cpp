@@ -6,7 +6,6 @@
 #include <stdlib.h>
 #include <string.h>
 
-#include "tools/zrcfg/number.h"
 #include "tools/zrcfg/report.h"
 #include "zrcfg.h"
 
@@ -130,6 +129,14 @@ bool append_escaped(Bytes &text, char c) {
 
 }  // namespace
 
+InstanceName instance_of(const ConfigLine &line) {
+  ObjectUrl url;
+  memcpy(url.text, line.path.url, sizeof url.text);
+  InstanceName instance;
+  (void)split_instance(url, instance);  // It was one when the line was parsed.
+  return instance;
+}
+
 ConfigText::~ConfigText() {
   free(lines_);
 }
@@ -180,6 +187,19 @@ bool ConfigText::parse(Bytes &text) {
   }
   set_report_line(0);
   return all_ok;
+}
+
+bool ConfigText::add_deletion(const ObjectUrl &url) {
+  if (!reserve_line()) {
+    return false;
+  }
+  ConfigLine &line = lines_[count_++];
+  line.number = 0;
+  line.kind = LineKind::kDelete;
+  memcpy(line.path.url, url.text, sizeof line.path.url);
+  line.path.name[0] = '\0';
+  line.value[0] = '\0';
+  return true;
 }
 
 bool append_value_line(Bytes &text, const char *url, const char *name, const char *value) {

@@ -25,6 +25,9 @@ struct ConfigLine {
   char value[256];  // Unescaped.
 };
 
+// The instance that a line of such kind names.
+InstanceName instance_of(const ConfigLine &line);
+
 // All lines of a text, in their order.
 class ConfigText {
  public:
@@ -36,6 +39,9 @@ class ConfigText {
   // Takes a text apart, which is changed on the way. Reports every line that is wrong; false when
   // there was one.
   bool parse(Bytes &text);
+
+  // Adds the deletion of an instance, with the line number 0. False without memory.
+  bool add_deletion(const ObjectUrl &url);
 
   size_t size() const { return count_; }
   ConfigLine &at(size_t i) const { return lines_[i]; }

@@ -41,6 +41,7 @@ constexpr OptionRule kRules[] = {
     {kHex, 'x', "hex", nullptr, "hexadecimal digits in place of base64"},
     {kMode, 'm', "mode", "MODE", "1, 2 or 3: only what has that bit in its key; all: everything"},
     {kVerbose, 'v', "verbose", nullptr, "print the outcome of every line"},
+    {kExact, 0, "exact", "URL", "delete the instances below URL that FILE does not create"},
     {kDryRun, 0, "dry-run", nullptr, "check only, change nothing"},
     {kKeepGoing, 'k', "keep-going", nullptr, "go on behind a failure"},
     {kShared, 0, "shared", nullptr, "the readers' lock in place of the writers'"},
@@ -128,6 +129,9 @@ bool apply_option(const OptionRule &rule, Options &options) {
   switch (rule.bit) {
     case kTimeout:
       return parse_timeout(optarg, options.timeout);
+    case kExact:
+      options.exact = optarg;
+      return true;
     case kMode:
       return parse_mode(optarg, options.mode);
     case kFrom:

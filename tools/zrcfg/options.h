@@ -26,6 +26,7 @@ enum OptionBit : unsigned {
   kDryRun = 1u << 15,
   kKeepGoing = 1u << 16,
   kShared = 1u << 17,
+  kExact = 1u << 18,
 };
 
 // Options that every command takes, and those of commands that print what they read.
@@ -36,11 +37,12 @@ inline constexpr int kNoInstance = -1;
 inline constexpr int kAllModes = 0;
 
 struct Options {
-  unsigned given = 0;      // The OptionBits that were given.
-  int timeout = 3000;      // Milliseconds, as the library takes them.
-  int from = kNoInstance;  // The instance to copy.
-  int depth = INT_MAX;     // Levels of a tree.
-  int mode = kAllModes;    // Of the export calls.
+  unsigned given = 0;           // The OptionBits that were given.
+  int timeout = 3000;           // Milliseconds, as the library takes them.
+  int from = kNoInstance;       // The instance to copy.
+  int depth = INT_MAX;          // Levels of a tree.
+  const char *exact = nullptr;  // The object that is to be as the text says.
+  int mode = kAllModes;         // Of the export calls.
 
   bool has(unsigned bit) const { return (given & bit) != 0; }
 };

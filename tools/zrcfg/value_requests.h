@@ -16,6 +16,7 @@ struct Request {
   char stored[ZRCFG_VALUE_SIZE];  // The value that was read.
   ParamValueEntry entry;          // For the library's bulk calls.
   uint32_t fault;                 // What entry.fault points at.
+  size_t line;                    // Where it stands in a text, counted from 0.
   uint32_t result;                // A result code.
 };
 
