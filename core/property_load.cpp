@@ -142,7 +142,7 @@ bool lay_out(Block &block, const char *dir_path, LoadedObject &loaded) {
   return true;
 }
 
-void store_address(uint8_t (&slot)[4], const void *address) {
+[[maybe_unused]] void store_address(uint8_t (&slot)[4], const void *address) {
   if constexpr (kSlotsHoldAddresses) {
     memcpy(slot, &address, sizeof slot);
   }

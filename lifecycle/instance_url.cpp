@@ -16,15 +16,18 @@ bool split_instance_url(const char *url, InstanceUrl &split) {
   if (length > 0 && url[length - 1] == '.') {
     --length;
   }
-  const void *const dot = memrchr(url, '.', length);
-  if (dot == nullptr) {
+  size_t number_at = length;
+  while (number_at > 0 && url[number_at - 1] != '.') {
+    --number_at;
+  }
+  if (number_at == 0) {
     return false;
   }
-  const char *const number = static_cast<const char *>(dot) + 1;
+  const char *const number = url + number_at;
   if (*number < '1' || *number > '9') {
     return false;
   }
-  split = {static_cast<size_t>(number - url), decimal_value(number)};
+  split = {number_at, decimal_value(number)};
   return true;
 }
 

@@ -69,7 +69,7 @@ uint32_t change_values(OpenObject &object, ParamValueEntry *list, const TableCha
 
 int write_values(const char *url, ParamValueEntry *list, int timeout, const TableChange &change) {
   if (url == nullptr || list == nullptr) {
-    return refuse_null(NullText::kExclaimed);
+    return static_cast<int>(refuse_null(NullText::kExclaimed));
   }
   ZRCFG_TRACE("objUrl = %s\n", url);
   if (!url_length_ok(url)) {

@@ -65,7 +65,7 @@ ZRCFG_EXPORT int zrcfg_setsingleparamval_ext_get_old_value_check(const char *url
                                                                  char *changed, char *oldValue) {
   if (url == nullptr || name == nullptr || value == nullptr || changed == nullptr ||
       oldValue == nullptr) {
-    return refuse_null(NullText::kExclaimed);
+    return static_cast<int>(refuse_null(NullText::kExclaimed));
   }
   if (!value_length_ok(name, value)) {
     return ZRCFG_OK;

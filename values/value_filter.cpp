@@ -91,7 +91,7 @@ ZRCFG_EXPORT int check_param_value_valid_regex(unsigned filterId, const char *va
 ZRCFG_EXPORT int zrcfg_paramvalue_check(const char *url, const char *name, const char *value,
                                         int timeout) {
   if (url == nullptr || name == nullptr || value == nullptr) {
-    return refuse_null(NullText::kPlain);
+    return static_cast<int>(refuse_null(NullText::kPlain));
   }
   const size_t length = strlen(value);
   if (length > kMaxValueLength) {

@@ -75,7 +75,7 @@ extern "C" {
 ZRCFG_EXPORT int constructParamValueList(const char *objUrl, ZrcfgObject *image,
                                          ParamValueListNode **head, ParamValueListNode **tail) {
   if (objUrl == nullptr || image == nullptr) {
-    return refuse_null(NullText::kPlain);
+    return static_cast<int>(refuse_null(NullText::kPlain));
   }
   ObjectImage &object = *static_cast<ObjectImage *>(image);
   if (object_is_left_out(object)) {
@@ -95,7 +95,7 @@ ZRCFG_EXPORT int constructParamValueList(const char *objUrl, ZrcfgObject *image,
 ZRCFG_EXPORT int zrcfg_getallparamval(const char *url, ParamValueListNode **head,
                                       ParamValueListNode **tail, int timeout) {
   if (url == nullptr) {
-    return refuse_null(NullText::kPlain);
+    return static_cast<int>(refuse_null(NullText::kPlain));
   }
   ZRCFG_TRACE("objUrl =  %s\n", url);
   if (!url_length_ok(url)) {

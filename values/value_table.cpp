@@ -102,7 +102,7 @@ ZRCFG_EXPORT int constructParamValues(ZrcfgObject *image, char **pValue) {
 
 ZRCFG_EXPORT int setParamValuesToMem(ZrcfgObject *image, char *pValue) {
   if (image == nullptr || pValue == nullptr) {
-    return refuse_null(NullText::kPlain);
+    return static_cast<int>(refuse_null(NullText::kPlain));
   }
   ObjectImage &object = *static_cast<ObjectImage *>(image);
   FreshSection fresh;
