@@ -52,6 +52,17 @@ constexpr Command kCommands[] = {
      "sets; first all deletions, then creations, values, and counters. Every line is\n"
      "checked before anything is changed. FILE may be - for standard input.",
      kMode | kVerbose | kDryRun | kNoCheck | kExact, run_apply, true},
+    {"dump", "URL",
+     "Prints the raw property file of an object, every field with offset and bytes;\n"
+     "of a damaged one what there is.",
+     kOutputOptions, run_dump, true},
+    {"lock", "URL -- COMMAND...",
+     "Holds the object's lock while a command runs, and passes its exit status on.\n"
+     "Calls inside need --timeout -2.",
+     kShared, run_lock, true},
+    {"islock", "URL",
+     "Prints whether a writer would have to wait: locked, with exit code 1, or free.",
+     kOutputOptions, run_islock, true},
     {"encode", "[TEXT...]",
      "Prints each text, or standard input, in base64, or in hexadecimal digits.", kHex, run_encode,
      false},
