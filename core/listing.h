@@ -3,7 +3,7 @@
 #define ZRCFG_CORE_LISTING_H_
 
 #include <stdint.h>
-#include <stdio.h>
+#include <string.h>
 
 #include "core/object_image.h"
 #include "core/result_list.h"
@@ -19,6 +19,15 @@ inline bool object_is_left_out(const ObjectImage &image) {
     ZRCFG_TRACE("objIsHid() ret=%d,no need show!\n", hidden);
   }
   return hidden == 1;
+}
+
+// Writes URL and name into a zeroed field; a longer text than the field is cut.
+template <size_t kFieldSize>
+void name_node(char (&field)[kFieldSize], const char *url, const char *name, size_t name_length) {
+  const size_t url_length = strnlen(url, kFieldSize - 1);
+  const size_t room = kFieldSize - 1 - url_length;
+  memcpy(field, url, url_length);
+  memcpy(field + url_length, name, name_length < room ? name_length : room);
 }
 
 // Appends a node for a record, with the object's URL and the parameter's name in its `name` field;
@@ -37,7 +46,7 @@ uint32_t append_visible(ResultList<Node> &list, const char *url, const ParamReco
     ZRCFG_TRACE("ptr is NULL\n");
     return ZRCFG_E_MEMORY;
   }
-  (void)snprintf(node->*name, sizeof(node->*name), "%s%s", url, FieldName(record.name).text);
+  name_node(node->*name, url, record.name, strnlen(record.name, kNameSize));
   return ZRCFG_OK;
 }
 

@@ -3,6 +3,7 @@
 #define ZRCFG_CORE_OBJECT_IMAGE_H_
 
 #include <stdint.h>
+#include <string.h>
 
 #include "core/object_path.h"
 #include "core/property_file.h"
@@ -41,7 +42,10 @@ const char *image_dir_path(const ObjectImage &image);
 
 // Whether the record's name is the `length` characters of `name`. A name field without terminator
 // ends at its width.
-bool has_name(const ParamRecord &record, const char *name, size_t length);
+inline bool has_name(const ParamRecord &record, const char *name, size_t length) {
+  return length <= kNameSize && (length == kNameSize || record.name[length] == '\0') &&
+         memcmp(record.name, name, length) == 0;
+}
 
 // The first record of that name; null when there is none.
 ParamRecord *find_record(ObjectImage &image, const char *name);

@@ -1,7 +1,7 @@
 // Object URLs, object directories and the property file of a directory.
 #include "core/object_path.h"
 
-#include <dirent.h>
+#include <fcntl.h>
 #include <string.h>
 #include <unistd.h>
 
@@ -56,11 +56,11 @@ ZRCFG_EXPORT void ChangeUrlWithDirFormat(char *path) {
 }
 
 ZRCFG_EXPORT int isDirExist(const char *path) {
-  DIR *const directory = OPENDIR(path);
-  if (directory == nullptr) {
+  const int fd = open_store_file(path, O_RDONLY | O_DIRECTORY | O_NONBLOCK);
+  if (fd == -1) {
     return 0;
   }
-  (void)closedir(directory);  // Only the opening answers the question.
+  (void)close(fd);  // Only the opening answers the question.
   return 1;
 }
 

@@ -177,11 +177,6 @@ const char *image_dir_path(const ObjectImage &image) {
   return prefix_of(image).dir_path;
 }
 
-bool has_name(const ParamRecord &record, const char *name, size_t length) {
-  return length <= kNameSize && memcmp(record.name, name, length) == 0 &&
-         (length == kNameSize || record.name[length] == '\0');
-}
-
 ParamRecord *find_record(ObjectImage &image, const char *name) {
   const size_t length = strlen(name);
   for (ParamRecord &record : records(image)) {

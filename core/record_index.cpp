@@ -6,13 +6,24 @@
 namespace zrcfg {
 namespace {
 
-// FNV-1a, folded to one byte.
+// Mixes the name's length with four words of it, from its beginning to its end, into one byte.
 uint8_t bucket_of(const char *name, size_t length) {
-  uint32_t hash = 2166136261u;
-  for (size_t i = 0; i < length; ++i) {
-    hash = (hash ^ static_cast<uint8_t>(name[i])) * 16777619u;
+  uint32_t words[4] = {};
+  if (length < sizeof words[0]) {
+    memcpy(words, name, length);
+  } else {
+    const size_t last = length - sizeof words[0];
+    memcpy(&words[0], name, sizeof words[0]);
+    memcpy(&words[1], name + last / 3, sizeof words[1]);
+    memcpy(&words[2], name + last * 2 / 3, sizeof words[2]);
+    memcpy(&words[3], name + last, sizeof words[3]);
   }
-  return static_cast<uint8_t>(hash ^ (hash >> 8) ^ (hash >> 16) ^ (hash >> 24));
+  uint32_t hash = static_cast<uint32_t>(length);
+  for (const uint32_t word : words) {
+    hash = (hash ^ word) * 2654435761u;
+    hash ^= hash >> 15;
+  }
+  return static_cast<uint8_t>(hash >> 24);
 }
 
 }  // namespace

@@ -22,7 +22,7 @@ class RecordIndex {
   int find(const char (&name)[kNameSize]);
 
  private:
-  static constexpr unsigned kPlainLookups = 4;
+  static constexpr unsigned kPlainLookups = 2;
   static constexpr uint32_t kBuckets = 256;
 
   void build();

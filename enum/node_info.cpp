@@ -12,17 +12,17 @@
 namespace zrcfg {
 namespace {
 
-// Null without memory, which is logged.
-NODE_INFO *append_node(ResultList<NODE_INFO> &list, const char *url, const char *name, uint8_t rw) {
+// False without memory, which is logged.
+bool append_node(ResultList<NODE_INFO> &list, const char *url, const char *name, size_t name_length,
+                 uint8_t rw) {
   NODE_INFO *const node = list.append();
   if (node == nullptr) {
     ZRCFG_TRACE("ptr is NULL\n");
-    return nullptr;
+    return false;
   }
-  // A longer text than the field is cut, as the interface says.
-  (void)snprintf(node->name, sizeof node->name, "%s%s", url, name);
+  name_node(node->name, url, name, name_length);
   node->rw = rw;
-  return node;
+  return true;
 }
 
 uint32_t list_parameters(ResultList<NODE_INFO> &list, const char *url, ObjectImage &image) {
@@ -31,7 +31,7 @@ uint32_t list_parameters(ResultList<NODE_INFO> &list, const char *url, ObjectIma
       continue;
     }
     const uint8_t rw = record_field::kRw.get(record);
-    if (append_node(list, url, FieldName(record.name).text, rw) == nullptr) {
+    if (!append_node(list, url, record.name, strnlen(record.name, kNameSize), rw)) {
       return ZRCFG_E_MEMORY;
     }
   }
@@ -113,7 +113,7 @@ ZRCFG_EXPORT uint32_t constructNodeInfoList(const char *objUrl, ZrcfgObject *ima
     return ZRCFG_E_NOT_FOUND;
   }
   ResultList<NODE_INFO> list;
-  if (append_node(list, objUrl, "", header_field::kRw.get(object.header)) == nullptr) {
+  if (!append_node(list, objUrl, "", 0, header_field::kRw.get(object.header))) {
     return ZRCFG_E_MEMORY;
   }
   const uint32_t result = list_parameters(list, objUrl, object);

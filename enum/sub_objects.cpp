@@ -102,16 +102,11 @@ int compare_numbers(const char *left, const char *right) {
   return (a > b) - (a < b);
 }
 
-// A name cut to what is compared.
-struct ComparedName {
-  char text[kComparedLength + 1];
-
-  explicit ComparedName(const char *name) {
-    const size_t length = strnlen(name, kComparedLength);
-    memcpy(text, name, length);
-    text[length] = '\0';
-  }
-};
+// Whether what is compared of a name consists of digits only.
+bool is_compared_number(const char *name) {
+  const size_t digits = strspn(name, "0123456789");
+  return name[digits] == '\0' || digits >= kComparedLength;
+}
 
 }  // namespace
 }  // namespace zrcfg
@@ -128,12 +123,12 @@ ZRCFG_EXPORT int is_digit(const char *text) {
 }
 
 ZRCFG_EXPORT int objsort(const struct dirent **a, const struct dirent **b) {
-  const ComparedName left((*a)->d_name);
-  const ComparedName right((*b)->d_name);
-  if (is_digit(left.text) == 1 && is_digit(right.text) == 1) {
-    return compare_numbers(left.text, right.text);
+  const char *const left = (*a)->d_name;
+  const char *const right = (*b)->d_name;
+  if (is_compared_number(left) && is_compared_number(right)) {
+    return compare_numbers(left, right);
   }
-  return strcmp(left.text, right.text);
+  return strncmp(left, right, kComparedLength);
 }
 
 ZRCFG_EXPORT void free_nlist(struct dirent **list, int n) {

@@ -17,7 +17,7 @@
 namespace zrcfg {
 namespace {
 
-constexpr size_t kBlockSize = 1024;
+constexpr size_t kBlockSize = 4096;
 constexpr mode_t kDirMode = 0755;
 // The longest path, without the root, that open_create does not cut.
 constexpr size_t kMaxCreatedPath = 255 - (sizeof(kStoreRoot) - 1);
@@ -82,13 +82,21 @@ int copy_bytes(int from, int to) {
   return 0;
 }
 
-// Where a copy of `src` goes: into `dst` when that is a directory.
-ChildPath copy_destination(const char *src, const char *dst) {
-  if (ACCESS(dst, F_OK) != 0 || isDir(dst) != 1) {
-    return {dst, "", ""};
-  }
+// The place of a copy of `src` within the directory `dst`.
+ChildPath place_within(const char *src, const char *dst) {
   const char *const slash = strrchr(src, '/');
   return {dst, separator_behind(dst), slash != nullptr ? slash : src};
+}
+
+// Opens the destination of a copy of `src`, which lies within `dst` when that is a directory; one
+// that opens for writing is none.
+int create_copy(const char *src, const char *dst) {
+  const int fd = create_file(dst);
+  if (fd != -1 || ACCESS(dst, F_OK) != 0 || isDir(dst) != 1) {
+    return fd;
+  }
+  const ChildPath within = place_within(src, dst);
+  return within.fits ? create_file(within.text) : -1;
 }
 
 // Makes the directory's ancestors and then itself, one by one.
@@ -107,8 +115,16 @@ int make_each(char *path) {
   return 0;
 }
 
-// Copies what is at `src` as what it is. One level of the recursion.
-void copy_entry(const ChildPath &src, const ChildPath &dst, bool &all_fitted);
+// What an entry is, as isDir has it; asked for only where its directory does not say it.
+int entry_kind(const char *path, unsigned char type) {
+  if (type == DT_DIR || type == DT_REG) {
+    return type == DT_DIR ? 1 : 0;
+  }
+  return isDir(path);
+}
+
+// Copies an entry of the type `type`. One level of the recursion.
+void copy_entry(const ChildPath &src, const ChildPath &dst, unsigned char type, bool &all_fitted);
 
 void copy_children(DIR *stream, const char *src, const char *dst, bool &all_fitted) {
   const char *const src_separator = separator_behind(src);
@@ -118,7 +134,7 @@ void copy_children(DIR *stream, const char *src, const char *dst, bool &all_fitt
       continue;
     }
     copy_entry({src, src_separator, entry->d_name}, {dst, dst_separator, entry->d_name},
-               all_fitted);
+               entry->d_type, all_fitted);
   }
 }
 
@@ -143,12 +159,12 @@ bool copy_file(const char *src, const char *dst) {
   return fits;
 }
 
-void copy_entry(const ChildPath &src, const ChildPath &dst, bool &all_fitted) {
+void copy_entry(const ChildPath &src, const ChildPath &dst, unsigned char type, bool &all_fitted) {
   if (!src.fits || !dst.fits) {
     all_fitted = false;
     return;
   }
-  const int directory = isDir(src.text);
+  const int directory = entry_kind(src.text, type);
   if (directory == 1) {
     copy_directory(src.text, dst.text, all_fitted);
   } else if (directory == 0) {
@@ -166,7 +182,7 @@ void remove_directory(DIR *stream, const char *path) {
     if (!child.fits) {
       continue;
     }
-    DIR *const child_stream = OPENDIR(child.text);
+    DIR *const child_stream = entry->d_type != DT_REG ? OPENDIR(child.text) : nullptr;
     if (child_stream != nullptr) {
       remove_directory(child_stream, child.text);
     } else {
@@ -208,18 +224,14 @@ ZRCFG_EXPORT int isDir(const char *path) {
 }
 
 ZRCFG_EXPORT int fileCopy(const char *src, const char *dst) {
-  if (src == nullptr || dst == nullptr || ACCESS(src, R_OK) != 0) {
-    return -1;
-  }
-  const ChildPath destination = copy_destination(src, dst);
-  if (!destination.fits) {
+  if (src == nullptr || dst == nullptr) {
     return -1;
   }
   const int from = open_store_file(src, O_RDONLY);
   if (from == -1) {
     return -1;
   }
-  const int to = create_file(destination.text);
+  const int to = create_copy(src, dst);
   if (to == -1) {
     (void)close(from);
     return -1;

@@ -41,7 +41,9 @@ void set_slot(const ParamRecord &record, char *slot, ParamValueEntry &node, cons
   strncpy(node.old_value, slot, kMaxValueLength);
   node.old_value[kMaxValueLength] = '\0';
   if (strcmp(node.old_value, node.value) != 0) {
-    strncpy(slot, node.value, kMaxValueLength);
+    const size_t length = strnlen(node.value, kMaxValueLength);
+    memcpy(slot, node.value, length);
+    slot[length] = '\0';
     node.changed = 1;
   } else {
     ZRCFG_TRACE("Same value,don't write!Multi\n");

@@ -19,9 +19,16 @@ void fill_slot(uint32_t i, const ValueLine &line, char *slot) {
   line.copy_value(slot);
 }
 
-uint32_t build_table(const ObjectImage &image, const ValueSection &section, char **table) {
+size_t table_size(const ObjectImage &image) {
   const uint32_t count = image.header.param_num;
-  char *const slots = static_cast<char *>(calloc(count > 0 ? count : 1, kValueSlotSize));
+  return (count > 0 ? count : 1) * kValueSlotSize;
+}
+
+// Fills a table that was just allocated and hands it over in `*table`, or frees it. What lies
+// behind the texts stays as it is.
+uint32_t fill_table(const ObjectImage &image, const ValueSection &section, char *slots,
+                    char **table) {
+  const uint32_t count = image.header.param_num;
   if (slots == nullptr) {
     ZRCFG_TRACE("pValue is NULL\n");
     return ZRCFG_E_MEMORY;
@@ -33,9 +40,14 @@ uint32_t build_table(const ObjectImage &image, const ValueSection &section, char
     ZRCFG_TRACE("pValue is error\n");
     return ZRCFG_E_FILE;
   }
-  for (uint32_t i = 0; i < count && line.exists(); ++i) {
-    fill_slot(i, line, slots + i * kValueSlotSize);
-    line = lines.next();
+  for (uint32_t i = 0; i < count; ++i) {
+    char *const slot = slots + i * kValueSlotSize;
+    if (line.exists()) {
+      fill_slot(i, line, slot);
+      line = lines.next();
+    } else {
+      slot[0] = '\0';
+    }
   }
   *table = slots;
   return ZRCFG_OK;
@@ -50,7 +62,8 @@ uint32_t assemble(ObjectImage &image, const char *table, SectionBuilder &section
   const char *slot = table;
   for (const ParamRecord &record : records(image)) {
     const size_t length = strnlen(slot, kMaxValueLength);
-    if (!is_single_line(FieldName(record.name).text, slot, length)) {
+    if (memchr(slot, '\n', length) != nullptr) {
+      (void)is_single_line(FieldName(record.name).text, slot, length);  // Logs it.
       return ZRCFG_E_FILE;
     }
     if (!section.append(slot, length)) {
@@ -71,7 +84,9 @@ uint32_t store_table(ObjectImage &image, PropertyFd &file, const ValueSection &o
 }  // namespace
 
 uint32_t build_value_table(OpenObject &object, char **table) {
-  return build_table(*object.loaded.image, object.loaded.section, table);
+  const ObjectImage &image = *object.loaded.image;
+  char *const slots = static_cast<char *>(malloc(table_size(image)));
+  return fill_table(image, object.loaded.section, slots, table);
 }
 
 uint32_t store_value_table(OpenObject &object, const char *table) {
@@ -95,7 +110,8 @@ ZRCFG_EXPORT int constructParamValues(ZrcfgObject *image, char **pValue) {
     ZRCFG_TRACE("pBuf is NULL\n");
   }
   if (result == ZRCFG_OK) {
-    result = build_table(object, fresh.loaded.section, pValue);
+    char *const slots = static_cast<char *>(calloc(1, table_size(object)));
+    result = fill_table(object, fresh.loaded.section, slots, pValue);
   }
   return static_cast<int>(result);
 }
