@@ -15,7 +15,8 @@ cmake -S "$SOURCE_DIR" -B "$WORK_DIR/build" -G Ninja -DCMAKE_BUILD_TYPE=Release 
 cmake --build "$WORK_DIR/build"
 cmake --install "$WORK_DIR/build"
 
-for file in bin/zrcfg include/zrcfg.h; do
+for file in bin/zrcfg include/zrcfg.h share/man/man1/zrcfg.1 \
+  share/bash-completion/completions/zrcfg share/zsh/site-functions/_zrcfg; do
   test -f "$STAGE/$file" || { echo "not installed: $file"; exit 1; }
 done
 for file in libzrcfg.so libzrlogmgr.so pkgconfig/zrcfg.pc cmake/zrcfg/zrcfgConfig.cmake; do

@@ -39,7 +39,8 @@ expect "help" "$status/$(printf %s "$out" | head -1)" "0/Reads and changes the c
 help=$out
 run help
 expect "the same by its command" "$out" "$help"
-for command in get set list tree attr object wan add del exists export apply encode decode help; do
+for command in get set list tree attr object wan add del exists export apply dump lock islock encode decode \
+  batch shell help; do
   expect "help names $command" "$(printf %s "$help" | grep -c "zrcfg $command \[OPTION...\]")" "1"
   run help $command
   one=$out

@@ -5,6 +5,7 @@
 #include <string.h>
 
 #include "tools/zrcfg/report.h"
+#include "tools/zrcfg/standard_input.h"
 
 namespace zrcfg_tool {
 namespace {
@@ -39,8 +40,10 @@ bool Bytes::append(const char *bytes, size_t length) {
   if (!reserve(size + length)) {
     return false;
   }
-  memcpy(at + size, bytes, length);
-  size += length;
+  if (length > 0) {
+    memcpy(at + size, bytes, length);
+    size += length;
+  }
   return true;
 }
 
@@ -48,7 +51,15 @@ bool Bytes::append(const char *text) {
   return append(text, strlen(text));
 }
 
+bool Bytes::write_to(FILE *stream) const {
+  return size == 0 || fwrite(at, 1, size, stream) == size;
+}
+
 bool Bytes::read_all(FILE *stream, const char *name, size_t limit) {
+  if (stream == stdin && standard_input_reserved()) {
+    complain("%s: is where the commands come from", name);
+    return false;
+  }
   size_t got = 1;
   while (got > 0) {
     if (!reserve(size + kFirstCapacity)) {

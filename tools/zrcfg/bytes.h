@@ -23,6 +23,9 @@ struct Bytes {
   bool append(const char *text);
   bool append(char c) { return append(&c, 1); }
 
+  // Writes all to a stream; false when it does not take it.
+  bool write_to(FILE *stream) const;
+
   // Reads a stream to its end, and terminates it. Reports and returns false when it cannot be read,
   // or is longer than `limit`; `name` is what it is called.
   bool read_all(FILE *stream, const char *name, size_t limit);

@@ -1,6 +1,7 @@
 // The commands of the command line.
 #include "tools/zrcfg/command.h"
 
+#include <stdio.h>
 #include <string.h>
 
 #include "tools/zrcfg/report.h"
@@ -68,6 +69,18 @@ constexpr Command kCommands[] = {
      false},
     {"decode", "[TEXT]", "The reverse; writes the bytes as they are, with no line end.", kHex,
      run_decode, false},
+    {"batch", "[FILE]",
+     "Runs commands, one a line, from a file or from standard input, in one process, and\n"
+     "stops at the first that fails, or with --keep-going at the end. Words are split at\n"
+     "blanks; 'TEXT', \"TEXT\" with \\\\ \\\" \\t \\r \\n \\xHH, and \\C quote; # begins a "
+     "comment.\n"
+     "--timeout is that of its lines. The exit code is that of the first failure.",
+     kKeepGoing, run_batch, false},
+    {"shell", "",
+     "The same, typed: with completion, history and line editing where the machine has\n"
+     "it. A failure does not end it, 'exit' does.",
+     0, run_shell, false},
+    {"complete", "-- WORD...", nullptr, 0, run_complete, true},
     {"help", "[COMMAND]", "Prints the help, or that of a command.", 0, run_help, false},
 };
 
@@ -84,6 +97,26 @@ const Command *find_command(const char *name) {
     }
   }
   return nullptr;
+}
+
+int run_program(int argc, char **argv, const Options &defaults) {
+  Options options = defaults;
+  const int command_at = parse_options(argc, argv, true, options);
+  if (command_at == -1) {
+    return kExitUsage;
+  }
+  if (options.has(kVersion)) {
+    puts("zrcfg " ZRCFG_VERSION);
+    return kExitOk;
+  }
+  if (options.has(kHelp)) {
+    return run_help(options, {argc - command_at, argv + command_at});
+  }
+  if (command_at == argc) {
+    complain("no command given; 'zrcfg help' lists them");
+    return kExitUsage;
+  }
+  return run_command(argc - command_at, argv + command_at, options);
 }
 
 int run_command(int argc, char **argv, const Options &defaults) {

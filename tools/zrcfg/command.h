@@ -21,7 +21,7 @@ struct Arguments {
 struct Command {
   const char *name;
   const char *arguments;    // As the usage line shows them.
-  const char *description;  // One line a line, indented by the help.
+  const char *description;  // One line a line, indented by the help; null: not for people.
   unsigned options;         // Besides the common ones.
   int (*run)(const Options &options, const Arguments &arguments);
   bool needs_argument;
@@ -30,6 +30,8 @@ struct Command {
 int run_add(const Options &options, const Arguments &arguments);
 int run_apply(const Options &options, const Arguments &arguments);
 int run_attr(const Options &options, const Arguments &arguments);
+int run_batch(const Options &options, const Arguments &arguments);
+int run_complete(const Options &options, const Arguments &arguments);
 int run_decode(const Options &options, const Arguments &arguments);
 int run_del(const Options &options, const Arguments &arguments);
 int run_dump(const Options &options, const Arguments &arguments);
@@ -43,6 +45,7 @@ int run_list(const Options &options, const Arguments &arguments);
 int run_lock(const Options &options, const Arguments &arguments);
 int run_object(const Options &options, const Arguments &arguments);
 int run_set(const Options &options, const Arguments &arguments);
+int run_shell(const Options &options, const Arguments &arguments);
 int run_tree(const Options &options, const Arguments &arguments);
 int run_wan(const Options &options, const Arguments &arguments);
 
@@ -55,6 +58,9 @@ CommandTable all_commands();
 
 // The command of that name; null for none.
 const Command *find_command(const char *name);
+
+// Runs what the words behind argv[0] say: options, and a command with its own. An exit code.
+int run_program(int argc, char **argv, const Options &defaults);
 
 // Runs the command that argv[0] names with its options and arguments, on top of `defaults`. An exit
 // code.

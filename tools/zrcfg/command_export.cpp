@@ -76,8 +76,7 @@ bool export_object(const Options &options, const char *url, Export &out) {
 }
 
 bool write_stream(FILE *stream, const Export &out) {
-  return fwrite(out.instances.at, 1, out.instances.size, stream) == out.instances.size &&
-         fwrite(out.values.at, 1, out.values.size, stream) == out.values.size;
+  return out.instances.write_to(stream) && out.values.write_to(stream);
 }
 
 // Writes a file of another name first, so that an older file is replaced as a whole or not at all.

@@ -19,7 +19,8 @@ void print_indented(const char *text) {
 }
 
 void print_command(const Command &command) {
-  printf("  zrcfg %s [OPTION...] %s\n", command.name, command.arguments);
+  printf("  zrcfg %s [OPTION...]%s%s\n", command.name, command.arguments[0] != '\0' ? " " : "",
+         command.arguments);
   print_indented(command.description);
 }
 
@@ -27,7 +28,9 @@ void print_all() {
   puts("Reads and changes the configuration store below /var/.\n\nUsage:");
   const CommandTable commands = all_commands();
   for (size_t i = 0; i < commands.count; ++i) {
-    print_command(commands.begin[i]);
+    if (commands.begin[i].description != nullptr) {
+      print_command(commands.begin[i]);
+    }
   }
   puts(
       "\nPATH is a full parameter path such as InternetGatewayDevice.DeviceInfo.SoftwareVersion,\n"
@@ -47,7 +50,7 @@ int run_help(const Options &, const Arguments &arguments) {
     return kExitOk;
   }
   const Command *const command = find_command(arguments.values[0]);
-  if (arguments.count > 1 || command == nullptr) {
+  if (arguments.count > 1 || command == nullptr || command->description == nullptr) {
     complain("no command '%s'", arguments.values[arguments.count - 1]);
     return kExitUsage;
   }

@@ -1,51 +1,16 @@
 // A configuration as text: its lines, and how values are escaped in them.
 #include "tools/zrcfg/config_text.h"
 
-#include <ctype.h>
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
 
+#include "tools/zrcfg/escape.h"
 #include "tools/zrcfg/report.h"
 #include "zrcfg.h"
 
 namespace zrcfg_tool {
 namespace {
-
-bool is_control(char c) {
-  return static_cast<unsigned char>(c) < 0x20 || c == 0x7F;
-}
-
-int hex_digit(char c) {
-  if (c >= '0' && c <= '9') {
-    return c - '0';
-  }
-  const int lower = tolower(static_cast<unsigned char>(c));
-  return lower >= 'a' && lower <= 'f' ? lower - 'a' + 10 : -1;
-}
-
-// Takes one escape sequence behind its backslash. Returns the characters taken, 0 for none.
-size_t unescape(const char *text, char &out) {
-  switch (text[0]) {
-    case '\\':
-      out = '\\';
-      return 1;
-    case 't':
-      out = '\t';
-      return 1;
-    case 'r':
-      out = '\r';
-      return 1;
-    case 'x': {
-      const int high = hex_digit(text[1]);
-      const int low = high >= 0 ? hex_digit(text[2]) : -1;
-      out = static_cast<char>(high * 16 + low);
-      return low >= 0 && out != '\0' && out != '\n' ? 3 : 0;
-    }
-    default:
-      return 0;
-  }
-}
 
 // Unescapes a value into a line's buffer; reports what cannot be a value.
 bool parse_value(const char *text, ConfigLine &line) {
@@ -57,8 +22,8 @@ bool parse_value(const char *text, ConfigLine &line) {
       return false;
     }
     if (c == '\\') {
-      const size_t taken = unescape(text, c);
-      if (taken == 0) {
+      const size_t taken = unescape(text, "\\tr", c);
+      if (taken == 0 || c == '\n') {
         complain("\\ is followed by neither \\, t, r nor xHH (01 to ff, not 0a)");
         return false;
       }

@@ -175,6 +175,37 @@ bool options_allowed(const Options &options, unsigned allowed) {
   return true;
 }
 
+unsigned option_awaiting_value(const char *argument) {
+  if (strncmp(argument, "--", 2) == 0) {
+    for (const OptionRule &rule : kRules) {
+      if (rule.value != nullptr && strcmp(rule.name, argument + 2) == 0) {
+        return rule.bit;
+      }
+    }
+    return 0;
+  }
+  if (argument[0] != '-' || argument[1] == '\0') {
+    return 0;
+  }
+  for (const char *letter = argument + 1; *letter != '\0'; ++letter) {
+    const OptionRule *const rule = find_rule(*letter);
+    if (rule != nullptr && rule->value != nullptr) {
+      return letter[1] == '\0' ? rule->bit : 0;  // Behind it stands its value.
+    }
+  }
+  return 0;
+}
+
+const char *next_option_name(unsigned allowed, size_t *place) {
+  while (*place < kRuleCount) {
+    const OptionRule &rule = kRules[(*place)++];
+    if ((allowed & rule.bit) != 0) {
+      return rule.name;
+    }
+  }
+  return nullptr;
+}
+
 void print_options(unsigned allowed) {
   for (const OptionRule &rule : kRules) {
     if ((allowed & rule.bit) == 0) {

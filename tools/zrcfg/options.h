@@ -3,6 +3,7 @@
 #define ZRCFG_TOOLS_ZRCFG_OPTIONS_H_
 
 #include <limits.h>
+#include <stddef.h>
 
 namespace zrcfg_tool {
 
@@ -57,6 +58,12 @@ bool options_allowed(const Options &options, unsigned allowed);
 
 // Prints the options that are among `allowed`, one a line.
 void print_options(unsigned allowed);
+
+// The option that takes the next argument as its value, when `argument` ends in one; 0 for none.
+unsigned option_awaiting_value(const char *argument);
+
+// The long name of the next option from `*place` on that is among `allowed`; null at the end.
+const char *next_option_name(unsigned allowed, size_t *place);
 
 }  // namespace zrcfg_tool
 

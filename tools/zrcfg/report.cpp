@@ -47,6 +47,8 @@ void report(const char *url, const char *name, uint32_t result, const char *mean
 
 const char *current_command = nullptr;
 size_t current_line = 0;
+size_t script_line = 0;
+size_t complaints = 0;
 
 }  // namespace
 
@@ -58,8 +60,21 @@ void set_report_line(size_t line) {
   current_line = line;
 }
 
+void set_script_line(size_t line) {
+  script_line = line;
+}
+
+size_t complaint_count() {
+  return complaints;
+}
+
 void complain(const char *format, ...) {
+  ++complaints;
+  (void)fflush(stdout);  // Its own error is met at the end.
   fputs("zrcfg: ", stderr);
+  if (script_line != 0) {
+    fprintf(stderr, "line %zu: ", script_line);
+  }
   if (current_line != 0) {
     fprintf(stderr, "line %zu: ", current_line);
   }

@@ -10,9 +10,15 @@ namespace zrcfg_tool {
 // Where errors come from from now on: a command, and a line of a file (0 for none). Null for none.
 void set_report_command(const char *command);
 void set_report_line(size_t line);
+// The line of the script that is running; 0 for none.
+void set_script_line(size_t line);
 
-// Prints "zrcfg: [line N: ][COMMAND: ]", the formatted text and a line feed.
+// Prints "zrcfg: [line OF SCRIPT: ][line N: ][COMMAND: ]", the formatted text and a line feed,
+// behind what standard output has got so far.
 void complain(const char *format, ...) __attribute__((format(printf, 1, 2)));
+
+// How many errors have been reported.
+size_t complaint_count();
 
 // The meaning of a result code of the library, in words.
 const char *meaning_of(uint32_t result);
