@@ -250,8 +250,9 @@ ZRCFG_EXPORT int createDir(const char *path) {
   if (!directory.fits) {
     return -1;
   }
-  // Mostly there is nothing but the last directory to make.
-  if (MKDIR(directory.text, kDirMode) == 0 || errno == EEXIST) {
+  // Mostly there is nothing but the last directory to make. A link to nowhere is in its way.
+  if (MKDIR(directory.text, kDirMode) == 0 ||
+      (errno == EEXIST && ACCESS(directory.text, F_OK) == 0)) {
     return 0;
   }
   return make_each(directory.text);

@@ -2,7 +2,9 @@
 #include "tests/support/libc_hooks.h"
 
 #include <fcntl.h>
+#include <signal.h>
 #include <string.h>
+#include <unistd.h>
 
 #include "tests/support/libc_hooks_internal.h"
 
@@ -59,6 +61,9 @@ Verdict judge_call(const HookedCall &made) {
   for (size_t i = 0; i < state.fault_count; ++i) {
     if (applies(state.faults[i], made, number)) {
       ++state.hits;
+      if (state.faults[i].error == kKilled) {
+        kill(getpid(), SIGKILL);
+      }
       return {state.faults[i].error, state.faults[i].error == 0 ? state.faults[i].limit : kNoLimit};
     }
   }
@@ -100,6 +105,10 @@ Fault fail_for_ever(Call call, unsigned nth, int error) {
 
 Fault fail_writable_opens(int error) {
   return {Call::kOpen, 1, kForEver, error, kNoLimit, true};
+}
+
+Fault kill_at(Call call, unsigned nth) {
+  return {call, nth, 1, kKilled, kNoLimit};
 }
 
 Fault cut_short(Call call, unsigned nth, unsigned times, size_t limit) {

@@ -44,6 +44,7 @@ struct CallRecord {
 
 inline constexpr unsigned kForEver = ~0u;
 inline constexpr size_t kNoLimit = ~size_t{0};
+inline constexpr int kKilled = -1;  // As an error: the process is killed in front of the call.
 
 // From the `nth` call (from 1) of a family on, `times` calls fail with `error`. An `error` of 0
 // cuts reads and writes to `limit` bytes instead, and leaves other calls alone.
@@ -60,6 +61,7 @@ Fault fail_once(Call call, unsigned nth, int error);
 Fault fail_times(Call call, unsigned nth, unsigned times, int error);
 Fault fail_for_ever(Call call, unsigned nth, int error);
 Fault fail_writable_opens(int error);
+Fault kill_at(Call call, unsigned nth);
 Fault cut_short(Call call, unsigned nth, unsigned times, size_t limit);
 
 // Watches the calls of this process from its making to stop(), or to its end. One at a time.

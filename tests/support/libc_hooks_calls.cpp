@@ -55,7 +55,7 @@ Result pass(const HookedCall &made, Result failure, Real real) {
   const Verdict verdict = judge_call(made);
   Result result = failure;
   // A descriptor is gone after a failed close, whatever the reason: the kernel does the same.
-  if (verdict.error == 0 || made.call == Call::kClose) {
+  if (verdict.error == 0 || made.call == Call::kClose || made.call == Call::kCloseDir) {
     result = real(verdict.limit);
   }
   if (verdict.error != 0) {
