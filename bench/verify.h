@@ -11,7 +11,7 @@ namespace bench {
 // again; the store ends as it began. Throws a text that names the store and the place.
 void verify_store(const Store &store, const Tree &tree);
 
-// Compares every value with the tree, for after the timing: `changed` names what may differ.
+// Compares every value with the tree.
 void verify_values(const Store &store, const Tree &tree);
 
 }  // namespace bench

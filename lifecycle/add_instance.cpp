@@ -41,7 +41,7 @@ int choose_number(const Table &table) {
   const int limit = table.header().max_instance;
   for (int number = 1; number <= limit; ++number) {
     const InstancePath candidate(table.dir, number);
-    if (!candidate.exists()) {
+    if (candidate.is_free()) {
       ZRCFG_TRACE("%s is not exist, use it.\n", candidate.text);
       return number;
     }
@@ -81,7 +81,7 @@ ZRCFG_EXPORT uint32_t zrcfg_addobject_with_index(const char *url, int index, int
     return result;
   }
   const InstancePath instance(table.dir, index);
-  if (index < 1 || index > table.header().max_instance || instance.exists()) {
+  if (index < 1 || index > table.header().max_instance || !instance.is_free()) {
     ZRCFG_TRACE("%d exceed max number instance or %s is exist.\n", index, instance.text);
     return close_with(table, ZRCFG_E_LIMIT);
   }

@@ -96,7 +96,7 @@ uint32_t add_selected(Table &table, int index, int timeout) {
     return no_template(table, "instance0_obj_path", true);
   }
   const InstancePath instance(table.dir, index);
-  if (instance.exists()) {
+  if (!instance.is_free()) {
     const uint32_t result = clear_place(table, instance, index);
     if (result != ZRCFG_OK) {
       return close_with(table, result);

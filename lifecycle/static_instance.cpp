@@ -41,7 +41,7 @@ uint32_t copy_static(const Table &table, int index, int source_index) {
     return ZRCFG_E_NOT_DYNAMIC;
   }
   const InstancePath target(table.dir, index);
-  if (index <= 0 || !fits(target) || target.exists()) {
+  if (index <= 0 || !fits(target) || !target.is_free()) {
     ZRCFG_TRACE("%d exceed max number instance or %s is exist.\n", index, target.text);
     return ZRCFG_E_LIMIT;
   }

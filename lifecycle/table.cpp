@@ -1,6 +1,7 @@
 // A table that a call has open, and the paths of its instances.
 #include "lifecycle/table.h"
 
+#include <errno.h>
 #include <stdio.h>
 #include <string.h>
 
@@ -16,6 +17,13 @@ InstancePath::InstancePath(const DirPath &table, int index) {
 
 bool InstancePath::exists() const {
   return isDirExist(text) == 1;
+}
+
+bool InstancePath::is_free() const {
+  if (exists()) {
+    return false;
+  }
+  return errno == ENOENT || errno == ENOTDIR || errno == EACCES || errno == ELOOP;
 }
 
 uint32_t Table::open(const char *url, uint32_t rw_type, int timeout) {

@@ -14,7 +14,11 @@ struct InstancePath {
   char text[kFilePathSize];
 
   InstancePath(const DirPath &table, int index);
+  // Whether the instance's directory can be opened.
   bool exists() const;
+  // Whether a new instance can have the number. One that cannot be opened for want of means keeps
+  // its number: it would be overwritten.
+  bool is_free() const;
 };
 
 struct Table {

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "tests/support/libc_hooks.h"
-#include "tests/support/log_capture.h"
+#include "tests/support/lock_holder.h"
 #include "tests/support/property_builder.h"
 #include "tests/support/scan_hook.h"
 #include "tests/support/store_fixture.h"
@@ -148,6 +148,16 @@ TEST_F(EnumSyscallCountTest, NothingIsEverWrittenOrOpenedForWriting) {
       EXPECT_NE(record.flags & (LOCK_SH | LOCK_UN), 0) << "shared locks only";
     }
   }
+}
+
+TEST_F(EnumSyscallCountTest, NamesTryTheLockOnceAndDoNotWait) {
+  const LockHolder holder("T/property.conf", Held::kExclusive);
+  SubObjName *names = nullptr;
+  CallWatch watch({}, true);
+  EXPECT_EQ(zrcfg_getallsubobj("T.", &names), 9u);
+  watch.stop();
+  EXPECT_EQ(watch.count(Call::kLock), 1u) << watch.describe();
+  EXPECT_EQ(watch.count(Call::kSleep), 0u) << watch.describe();
 }
 
 TEST_F(EnumSyscallCountTest, NoLockMeansNoLockCallForChildren) {

@@ -107,8 +107,11 @@ TEST_F(FaultResultTest, LockFileThatCannotBeOpenedGives8Inside9AndMinusOneOutsid
   EXPECT_EQ(log_count(kUnableToOpenLock), 1u);
   fd = -7;
   clear_log();
+  // The second opening asks whether the template's directory is there.
+  const std::vector<Fault> file_faults = {fail_once(Call::kOpen, 1, EACCES),
+                                          fail_for_ever(Call::kOpen, 3, EACCES)};
   {
-    CallWatch watch(faults);
+    CallWatch watch(file_faults);
     EXPECT_EQ(zrcfg_lockurl("A.B.3.", &fd, 0, 0), 0xFFFFFFFFu);
   }
   EXPECT_EQ(fd, -1);

@@ -209,6 +209,23 @@ TEST_F(InstanceCopyTest, UnremovedEntriesDoNotStopARemoval) {
   }
 }
 
+// A tree deeper than its paths can be: no entry is looked at again under a name that was cut.
+TEST_F(InstanceCopyTest, DeepTreesAreWalkedOnce) {
+  std::string dir = "s/";
+  for (int level = 0; level < 170; ++level) {
+    dir += "d/";
+  }
+  make_store_dir(dir);
+  {
+    CallWatch watch;
+    EXPECT_EQ(dirCopy("s", "t"), 0);
+    EXPECT_LE(watch.count(Call::kOpenDir), 171u);
+  }
+  CallWatch watch;
+  EXPECT_EQ(dirDel("s"), 0);
+  EXPECT_LE(watch.count(Call::kOpenDir), 171u);
+}
+
 // The place of the call that fails is looked for; what the call gives there is fixed.
 class InstanceFailureTest : public LifecycleTest {
  protected:

@@ -164,13 +164,14 @@ TEST_F(DirQueryTest, FileInThePlaceOfTheLastDirectoryCountsAsExisting) {
 }
 
 TEST_F(DirQueryTest, LinkToNowhereIsNeitherADirectoryNorToBeMade) {
-  make_link("nowhere", "broken");
-  for (const char *path : {"broken", "broken/", "broken/x"}) {
+  make_link("no/where", "broken");
+  make_link("circle", "circle");
+  for (const char *path : {"broken", "broken/", "broken/x", "circle", "circle/x"}) {
     const Answer answer = make(path);
     EXPECT_EQ(answer.result, -1) << path;
     EXPECT_EQ(answer.output, kMakeMessage) << path;
   }
-  EXPECT_EQ(store_tree(), (Tree{{"broken", "link to nowhere"}}));
+  EXPECT_EQ(store_tree(), (Tree{{"broken", "link to no/where"}, {"circle", "link to circle"}}));
 }
 
 TEST_F(DirQueryTest, CreationStopsAtTheFirstFailureAndKeepsWhatWasMade) {
