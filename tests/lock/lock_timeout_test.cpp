@@ -109,7 +109,7 @@ INSTANTIATE_TEST_SUITE_P(
                       FreeFileRow{INT_MIN, true}),
     [](const auto &row) {
       const int timeout = row.param.timeout;
-      return (timeout < 0 ? "Minus" : "Plus") + std::to_string(std::abs(long{timeout}));
+      return (timeout < 0 ? "Minus" : "Plus") + std::to_string(std::abs(int64_t{timeout}));
     });
 
 struct HeldFileRow {
