@@ -88,7 +88,9 @@ void report_changed(const ValueWrite &write, bool changed) {
 uint32_t write_into(ObjectImage &image, PropertyFd &file, const ValueSection &old_section,
                     const ValueWrite &write) {
   report_changed(write, true);
-  Assembly assembly = {SectionBuilder(image.header.param_num), false, true};
+  // The old lines, one of them perhaps without its line feed, and the new value's.
+  const size_t needed = old_section.size + 1 + strlen(write.value) + 2;
+  Assembly assembly = {SectionBuilder(image.header.param_num, needed), false, true};
   uint32_t result = assemble(image, old_section, write, assembly);
   if (result == ZRCFG_OK && assembly.changed) {
     result = store_section(image, file, old_section, assembly.section);

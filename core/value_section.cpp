@@ -48,10 +48,12 @@ bool is_single_line(const char *name, const char *value, size_t length) {
   return false;
 }
 
-SectionBuilder::SectionBuilder(size_t records)
-    : text_(static_cast<char *>(malloc(records * kValueSlotSize + 1))),
-      capacity_(records * kValueSlotSize),
-      size_(0) {}
+SectionBuilder::SectionBuilder(size_t records, size_t needed)
+    : text_(nullptr),
+      capacity_(needed < records * kValueSlotSize ? needed : records * kValueSlotSize),
+      size_(0) {
+  text_ = static_cast<char *>(malloc(capacity_ + 1));
+}
 
 SectionBuilder::~SectionBuilder() {
   free(text_);

@@ -64,8 +64,9 @@ bool is_single_line(const char *name, const char *value, size_t length);
 // Assembles a new value section in a block of its own.
 class SectionBuilder {
  public:
-  // Room for 256 bytes a record; `ok()` tells whether it was there.
-  explicit SectionBuilder(size_t records);
+  // Room for 256 bytes a record at most, and for no more than `needed` bytes; `ok()` tells whether
+  // it was there.
+  SectionBuilder(size_t records, size_t needed);
   ~SectionBuilder();
   SectionBuilder(const SectionBuilder &) = delete;
   SectionBuilder &operator=(const SectionBuilder &) = delete;

@@ -74,9 +74,19 @@ uint32_t assemble(ObjectImage &image, const char *table, SectionBuilder &section
   return ZRCFG_OK;
 }
 
+// The bytes that the slots take as lines.
+size_t section_size(ObjectImage &image, const char *table) {
+  size_t size = 0;
+  for (uint32_t i = 0; i < image.header.param_num; ++i) {
+    const size_t length = strnlen(table + i * kValueSlotSize, kMaxValueLength);
+    size += (length > 0 ? length : 1) + 1;
+  }
+  return size;
+}
+
 uint32_t store_table(ObjectImage &image, PropertyFd &file, const ValueSection &old_section,
                      const char *table) {
-  SectionBuilder section(image.header.param_num);
+  SectionBuilder section(image.header.param_num, section_size(image, table));
   const uint32_t result = assemble(image, table, section);
   return result == ZRCFG_OK ? store_section(image, file, old_section, section) : result;
 }
