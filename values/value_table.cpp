@@ -53,15 +53,31 @@ uint32_t fill_table(const ObjectImage &image, const ValueSection &section, char 
   return ZRCFG_OK;
 }
 
+// The texts of a table measured: how long each is, and what they take as lines.
+struct TableMeasure {
+  uint8_t lengths[kMaxServedRecords];
+  size_t section_size = 0;
+
+  TableMeasure(const char *table, uint32_t count) {
+    for (uint32_t i = 0; i < count; ++i) {
+      const size_t length = strnlen(table + i * kValueSlotSize, kMaxValueLength);
+      lengths[i] = static_cast<uint8_t>(length);
+      section_size += (length > 0 ? length : 1) + 1;
+    }
+  }
+};
+
 // Assembles the section: a line for every record, whatever the table holds.
-uint32_t assemble(ObjectImage &image, const char *table, SectionBuilder &section) {
+uint32_t assemble(ObjectImage &image, const char *table, const TableMeasure &measure,
+                  SectionBuilder &section) {
   if (!section.ok()) {
     ZRCFG_TRACE("pWriteBuf malloc failed\n");
     return ZRCFG_E_MEMORY;
   }
-  const char *slot = table;
+  uint32_t i = 0;
   for (const ParamRecord &record : records(image)) {
-    const size_t length = strnlen(slot, kMaxValueLength);
+    const char *const slot = table + i * kValueSlotSize;
+    const size_t length = measure.lengths[i];
     if (memchr(slot, '\n', length) != nullptr) {
       (void)is_single_line(FieldName(record.name).text, slot, length);  // Logs it.
       return ZRCFG_E_FILE;
@@ -69,25 +85,16 @@ uint32_t assemble(ObjectImage &image, const char *table, SectionBuilder &section
     if (!section.append(slot, length)) {
       return ZRCFG_E_MEMORY;
     }
-    slot += kValueSlotSize;
+    ++i;
   }
   return ZRCFG_OK;
 }
 
-// The bytes that the slots take as lines.
-size_t section_size(ObjectImage &image, const char *table) {
-  size_t size = 0;
-  for (uint32_t i = 0; i < image.header.param_num; ++i) {
-    const size_t length = strnlen(table + i * kValueSlotSize, kMaxValueLength);
-    size += (length > 0 ? length : 1) + 1;
-  }
-  return size;
-}
-
 uint32_t store_table(ObjectImage &image, PropertyFd &file, const ValueSection &old_section,
                      const char *table) {
-  SectionBuilder section(image.header.param_num, section_size(image, table));
-  const uint32_t result = assemble(image, table, section);
+  const TableMeasure measure(table, image.header.param_num);
+  SectionBuilder section(image.header.param_num, measure.section_size);
+  const uint32_t result = assemble(image, table, measure, section);
   return result == ZRCFG_OK ? store_section(image, file, old_section, section) : result;
 }
 
