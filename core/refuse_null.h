@@ -17,6 +17,15 @@ inline uint32_t refuse_null(NullText text) {
   return ZRCFG_E_ARGUMENT;
 }
 
+// Whether one of a work step's three pointers is null; that is logged.
+inline bool any_null(NullText text, const void *first, const void *second, const void *third) {
+  if (first != nullptr && second != nullptr && third != nullptr) {
+    return false;
+  }
+  (void)refuse_null(text);  // Only its text is wanted here.
+  return true;
+}
+
 }  // namespace zrcfg
 
 #endif  // ZRCFG_CORE_REFUSE_NULL_H_

@@ -46,18 +46,10 @@ uint32_t export_value(ObjectImage &image, const char *name, const char *value, i
   return ZRCFG_OK;
 }
 
-bool any_null(const void *first, const void *second, const void *third) {
-  if (first != nullptr && second != nullptr && third != nullptr) {
-    return false;
-  }
-  (void)refuse_null(NullText::kPlain);  // Only its text is wanted; the callers have their results.
-  return true;
-}
-
 uint32_t export_into(OpenObject &object, const char *name, const char *value, int mode,
                      uint8_t *write_flag) {
   uint32_t result = ZRCFG_E_ARGUMENT;
-  if (!any_null(object.loaded.image, name, value)) {
+  if (!any_null(NullText::kPlain, object.loaded.image, name, value)) {
     result = export_value(*object.loaded.image, name, value, mode, write_flag,
                           [&](const ValueWrite &write) {
                             const uint32_t refused = check_storable(write);
@@ -115,7 +107,7 @@ extern "C" {
 
 ZRCFG_EXPORT uint32_t export_SetParamVal(ZrcfgObject *image, const char *paramName,
                                          const char *value, int mode, uint8_t *pWriteFlag) {
-  if (any_null(image, paramName, value)) {
+  if (any_null(NullText::kPlain, image, paramName, value)) {
     return ZRCFG_E_ARGUMENT;
   }
   return export_value(*static_cast<ObjectImage *>(image), paramName, value, mode, pWriteFlag,
@@ -127,7 +119,7 @@ ZRCFG_EXPORT uint32_t export_SetParamVal(ZrcfgObject *image, const char *paramNa
 
 ZRCFG_EXPORT uint32_t export_modiMultiParamValues(ZrcfgObject *image, char *valueTable,
                                                   ParamValueEntry *list, int mode) {
-  if (any_null(image, valueTable, list)) {
+  if (any_null(NullText::kPlain, image, valueTable, list)) {
     return ZRCFG_E_ARGUMENT;
   }
   const uint32_t result = check_requests(list, ListUse::kWrite);

@@ -158,15 +158,6 @@ using namespace zrcfg;
 
 namespace {
 
-bool any_null(const void *image, const void *table, const void *list) {
-  if (image != nullptr && table != nullptr && list != nullptr) {
-    return false;
-  }
-  (void)refuse_null(
-      NullText::kExclaimed);  // Only its text is wanted; the callers have their results.
-  return true;
-}
-
 // Runs a step on a list that is worth it.
 template <typename Step>
 int run_step(ZrcfgObject *image, ParamValueEntry *list, ListUse use, Step step) {
@@ -191,7 +182,7 @@ ZRCFG_EXPORT int outputToMultiParamValueList(ZrcfgObject *image, char *pValue,
 }
 
 ZRCFG_EXPORT int modiMultiParamValues(ZrcfgObject *image, char *pValue, ParamValueEntry *list) {
-  if (any_null(image, pValue, list)) {
+  if (any_null(NullText::kExclaimed, image, pValue, list)) {
     return ZRCFG_E_ARGUMENT;
   }
   return run_step(image, list, ListUse::kWrite,
@@ -200,7 +191,8 @@ ZRCFG_EXPORT int modiMultiParamValues(ZrcfgObject *image, char *pValue, ParamVal
 
 ZRCFG_EXPORT int modi_multi_param_values_ext(ZrcfgObject *image, char *pValue,
                                              ParamValueEntry *list, unsigned char *restored) {
-  if (any_null(image, pValue, list) || any_null(restored, restored, restored)) {
+  if (any_null(NullText::kExclaimed, image, pValue, list) ||
+      any_null(NullText::kExclaimed, restored, restored, restored)) {
     return ZRCFG_E_ARGUMENT;
   }
   bool any_restored = false;
@@ -215,7 +207,7 @@ ZRCFG_EXPORT int modi_multi_param_values_ext(ZrcfgObject *image, char *pValue,
 
 ZRCFG_EXPORT int modi_multi_param_values_check(ZrcfgObject *image, char *pValue,
                                                ParamValueEntry *list) {
-  if (any_null(image, pValue, list)) {
+  if (any_null(NullText::kExclaimed, image, pValue, list)) {
     return ZRCFG_E_ARGUMENT;
   }
   return run_step(image, list, ListUse::kCheckedWrite,
