@@ -3,6 +3,7 @@
 #include "attr/attr_update.h"
 #include "attr/property_update.h"
 #include "core/call_frame.h"
+#include "core/checked_url.h"
 #include "core/export.h"
 #include "core/record_index.h"
 #include "core/request_list.h"
@@ -116,8 +117,7 @@ ZRCFG_EXPORT uint32_t zrcfg_setmultiparamattr(const char *url, MultiAttrNode *li
   if (url == nullptr || list == nullptr) {
     return refuse_null(NullText::kPlain);
   }
-  ZRCFG_TRACE("objUrl =  %s\n", url);
-  if (!url_length_ok(url)) {
+  if (check_url_length(url) != ZRCFG_OK) {
     return ZRCFG_E_NOT_FOUND;
   }
   return with_object(url, ZRCFG_LOCK_EXCLUSIVE, timeout, Access::kWrite, [&](OpenObject &object) {

@@ -4,6 +4,7 @@
 
 #include "attr/property_update.h"
 #include "core/call_frame.h"
+#include "core/checked_url.h"
 #include "core/decimal_text.h"
 #include "core/export.h"
 #include "zrcfg.h"
@@ -79,8 +80,7 @@ ZRCFG_EXPORT uint32_t zrcfg_getobjattr(const char *url, ObjAttr *attr, int timeo
   if (url == nullptr || attr == nullptr) {
     return refuse_null(NullText::kPlain);
   }
-  ZRCFG_TRACE("objUrl =  %s\n", url);
-  if (!url_length_ok(url)) {
+  if (check_url_length(url) != ZRCFG_OK) {
     return ZRCFG_E_NOT_FOUND;
   }
   return with_object(url, ZRCFG_LOCK_SHARED, timeout, Access::kRead,

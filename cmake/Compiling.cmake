@@ -29,5 +29,11 @@ target_compile_options(
   zrcfg_library_flags
   INTERFACE $<$<COMPILE_LANGUAGE:CXX>:-fno-exceptions -fno-rtti -fno-threadsafe-statics>
             -fvisibility=hidden -ffunction-sections -fdata-sections)
+# At -Os these two of GCC's ways to inline make the code larger.
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+  target_compile_options(zrcfg_library_flags
+                         INTERFACE $<$<CONFIG:MinSizeRel>:-fno-inline-small-functions
+                                   -fno-partial-inlining>)
+endif()
 target_link_options(zrcfg_library_flags INTERFACE -Wl,-Bsymbolic-functions -Wl,--gc-sections
                     -Wl,--as-needed -Wl,-z,defs -Wl,-z,relro)

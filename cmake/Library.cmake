@@ -12,9 +12,12 @@ set(ZRCFG_LIBRARY_SOURCES
     config/hex.cpp
     config/process_flag.cpp
     config/uci_option.cpp
+    core/call_frame.cpp
+    core/checked_url.cpp
     core/fresh_section.cpp
     core/object_image.cpp
     core/object_path.cpp
+    core/property_fd.cpp
     core/property_load.cpp
     core/record_index.cpp
     core/single_value.cpp
@@ -27,10 +30,12 @@ set(ZRCFG_LIBRARY_SOURCES
     enum/url_split.cpp
     lifecycle/add_instance.cpp
     lifecycle/delete_instance.cpp
+    lifecycle/dir_reader.cpp
     lifecycle/dir_tree.cpp
     lifecycle/entry_counter.cpp
     lifecycle/export_instances.cpp
     lifecycle/export_values.cpp
+    lifecycle/free_number.cpp
     lifecycle/instance_steps.cpp
     lifecycle/instance_url.cpp
     lifecycle/object_exists.cpp

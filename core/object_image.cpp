@@ -1,14 +1,10 @@
 // Opening an object under its lock and closing it again.
 #include "core/object_image.h"
 
-#include <fcntl.h>
 #include <string.h>
-#include <unistd.h>
 
 #include "core/export.h"
-#include "core/store_file.h"
 #include "core/trace.h"
-#include "lock/object_lock.h"
 
 namespace zrcfg {
 namespace {
@@ -16,7 +12,6 @@ namespace {
 // Takes the lock that `rw_type` asks for; `lock` receives the locked file's path.
 bool lock_object(OpenObject &object, const char *dir_path, uint32_t rw_type, int timeout,
                  LockFile &lock) {
-  lock.path[0] = '\0';
   if (timeout == ZRCFG_NO_LOCK) {
     ZRCFG_TRACE("no need to be locked.\n");
     return true;
@@ -40,8 +35,12 @@ uint32_t open_and_load(OpenObject &object, const char *dir_path, Access access,
     ZRCFG_TRACE("getPropertyFile() fail!\n");
     return ZRCFG_E_NO_FILE;
   }
-  // A reader whose lock file is the property file itself reads through the lock's descriptor.
-  const bool through_lock = access == Access::kRead && strcmp(path, lock.path) == 0;
+  // Where the lock file is the property file itself, the lock's descriptor serves.
+  const bool through_lock =
+      strcmp(path, lock.path) == 0 && (access == Access::kRead || lock.writable);
+  if (through_lock) {
+    object.file = {object.lock_fd, lock.writable, true};
+  }
   if (through_lock || object.file.open(path, access)) {
     ZRCFG_TRACE("property_file=%s exist!", path);
     ZRCFG_TRACE("property_file = %s\n", path);
@@ -56,8 +55,7 @@ uint32_t open_and_load(OpenObject &object, const char *dir_path, Access access,
       return ZRCFG_E_NO_FILE;
     }
   }
-  const int fd = through_lock ? object.lock_fd : object.file.fd;
-  uint32_t result = load_object(fd, dir_path, object.loaded);
+  uint32_t result = load_object(object.file.fd, dir_path, object.loaded);
   if (result == ZRCFG_E_MEMORY) {
     ZRCFG_TRACE("pBuf malloc failed!\n");
     result = ZRCFG_E_ARGUMENT;
@@ -68,30 +66,9 @@ uint32_t open_and_load(OpenObject &object, const char *dir_path, Access access,
   return result;
 }
 
-}  // namespace
-
-bool PropertyFd::open(const char *path, Access access) {
-  if (access == Access::kWrite) {
-    fd = open_store_file(path, O_RDWR);
-    writable = fd != -1;
-  }
-  if (!writable) {
-    fd = open_store_file(path, O_RDONLY);
-  }
-  return fd != -1;
-}
-
-void PropertyFd::close() {
-  if (fd != -1) {
-    (void)::close(fd);  // The store never relies on what a close may still report.
-  }
-  fd = -1;
-  writable = false;
-}
-
-uint32_t open_object(OpenObject &object, const char *dir_path, uint32_t rw_type, int timeout,
-                     Access access) {
-  LockFile lock;
+uint32_t open_under_lock(OpenObject &object, const char *dir_path, uint32_t rw_type, int timeout,
+                         Access access, LockFile &lock) {
+  lock.access = access;
   uint32_t result = ZRCFG_E_LOCK;
   if (lock_object(object, dir_path, rw_type, timeout, lock)) {
     result = open_and_load(object, dir_path, access, lock);
@@ -103,9 +80,27 @@ uint32_t open_object(OpenObject &object, const char *dir_path, uint32_t rw_type,
   return result;
 }
 
+}  // namespace
+
+uint32_t open_object(OpenObject &object, const char *dir_path, uint32_t rw_type, int timeout,
+                     Access access) {
+  LockFile lock;
+  return open_under_lock(object, dir_path, rw_type, timeout, access, lock);
+}
+
 void close_object(OpenObject &object) {
   object.file.close();
   (void)destroyObj(object.loaded.image, object.lock_fd);  // Always 0.
+}
+
+uint32_t open_object_to_lock_again(OpenObject &object, const char *dir_path, uint32_t rw_type,
+                                   int timeout, LockFile &lock) {
+  return open_under_lock(object, dir_path, rw_type, timeout, Access::kRead, lock);
+}
+
+void close_object_to_lock_again(OpenObject &object, LockFile &lock) {
+  free_image(object.loaded.image);
+  keep_lock_file(object.lock_fd, lock);
 }
 
 }  // namespace zrcfg

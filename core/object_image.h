@@ -6,8 +6,10 @@
 #include <string.h>
 
 #include "core/object_path.h"
+#include "core/property_fd.h"
 #include "core/property_file.h"
 #include "core/value_section.h"
+#include "lock/object_lock.h"
 #include "zrcfg.h"
 
 namespace zrcfg {
@@ -57,18 +59,6 @@ struct FieldName {
   explicit FieldName(const char (&field)[kNameSize]);
 };
 
-enum class Access { kRead, kWrite };
-
-// A property file's descriptor for the length of one exported call.
-struct PropertyFd {
-  int fd = -1;
-  bool writable = false;
-
-  // Opens `path` read-write for kWrite, and read-only where the file permits no more.
-  bool open(const char *path, Access access);
-  void close();
-};
-
 // A property file read afresh: image and value section in one block.
 struct LoadedObject {
   ObjectImage *image = nullptr;
@@ -91,6 +81,12 @@ struct OpenObject {
 uint32_t open_object(OpenObject &object, const char *dir_path, uint32_t rw_type, int timeout,
                      Access access);
 void close_object(OpenObject &object);
+
+// The same for a reader that locks the object once more: the lock file stays open between the two
+// locks, in `lock`.
+uint32_t open_object_to_lock_again(OpenObject &object, const char *dir_path, uint32_t rw_type,
+                                   int timeout, LockFile &lock);
+void close_object_to_lock_again(OpenObject &object, LockFile &lock);
 
 }  // namespace zrcfg
 

@@ -5,6 +5,7 @@
 #include <string.h>
 #include <unistd.h>
 
+#include "core/checked_url.h"
 #include "core/export.h"
 #include "core/property_file.h"
 #include "core/store_file.h"
@@ -83,8 +84,7 @@ ZRCFG_EXPORT uint32_t CheckObjExist(const char *url) {
     ZRCFG_TRACE("pObjUrl can't be NULL!\n");
     return ZRCFG_E_ARGUMENT;
   }
-  ZRCFG_TRACE("objUrl =  %s\n", url);
-  if (!url_length_ok(url)) {
+  if (check_url_length(url) != ZRCFG_OK) {
     return ZRCFG_E_NOT_FOUND;
   }
   DirPath path;

@@ -21,11 +21,10 @@ struct ImagePrefix {
 };
 static_assert(offsetof(ImagePrefix, length_word) + kLengthWordSize == sizeof(ImagePrefix));
 
-// The first read takes any well-formed file whole: 255 records and values of full length. Pages
-// that a small file does not fill are never touched.
-constexpr size_t kFirstReadSize = 96u << 10;
-static_assert(kFirstReadSize >
-              kLengthWordSize + kHeaderSize + kMaxServedRecords * (kRecordSize + kValueSlotSize));
+// The first read takes a file of 255 records and values of 60 characters whole; a larger one takes
+// another. Pages that a small file does not fill are never touched. Together with the tables of the
+// bulk calls the block stays below what malloc gives back to the system with every free.
+constexpr size_t kFirstReadSize = 48u << 10;
 constexpr size_t kMaxFileSize = 32u << 20;
 constexpr size_t kFileOffset = offsetof(ImagePrefix, length_word);
 

@@ -6,8 +6,10 @@
 #include <string.h>
 
 #include "core/call_frame.h"
+#include "core/checked_url.h"
 #include "core/export.h"
 #include "core/listing.h"
+#include "enum/sub_objects.h"
 
 namespace zrcfg {
 namespace {
@@ -64,13 +66,50 @@ bool append_range(const char *url, NODE_INFO **head, NODE_INFO **tail, const Nod
   return true;
 }
 
+// Writes what zrcfg_getallnodeinfo lists, and leaves the lock file in `lock`.
+uint32_t list_object(const char *url, NODE_INFO **head, NODE_INFO **tail, int timeout,
+                     LockFile &lock) {
+  DirPath path;
+  uint32_t result = check_url_to_path(url, NullText::kPlain, path);
+  if (result != ZRCFG_OK) {
+    return result;
+  }
+  OpenObject object;
+  result = open_object_to_lock_again(object, path.text, ZRCFG_LOCK_SHARED, timeout, lock);
+  if (result != ZRCFG_OK) {
+    ZRCFG_TRACE("createObjByPath() fail ret=%d!\n", static_cast<int>(result));
+    return result;
+  }
+  result = constructNodeInfoList(url, object.loaded.image, head, tail);
+  if (result != ZRCFG_OK) {
+    ZRCFG_TRACE("getParamValueList() fail ret=%d!\n", static_cast<int>(result));
+  }
+  close_object_to_lock_again(object, lock);
+  return result;
+}
+
+// Appends an object to the list and hands out its sub-objects' names. Two locks, as everybody can
+// see, but one opening of the lock file.
+SubObjName *append_object(const char *url, NODE_INFO **head, NODE_INFO **tail, int timeout) {
+  NodeRange added;
+  LockFile lock;
+  const uint32_t result = list_object(url, &added.head, &added.tail, timeout, lock);
+  if (result == ZRCFG_E_NOT_FOUND) {
+    ZRCFG_TRACE("objUrl=%s not exist or hide!\n", url);
+    return nullptr;
+  }
+  if (result == ZRCFG_OK && !append_range(url, head, tail, added)) {
+    return nullptr;
+  }
+  SubObjName *names = nullptr;
+  (void)list_sub_object_names(url, &names, lock);  // Without names there is nothing to walk into.
+  return names;
+}
+
 // Walks into the sub-objects in their order. Each level makes the URL longer, and the calls refuse
 // a URL of 256 characters: that bounds the recursion.
-void list_sub_objects(const char *url, NODE_INFO **head, NODE_INFO **tail, int timeout) {
-  SubObjName *node = nullptr;
-  if (zrcfg_getallsubobj(url, &node) != ZRCFG_OK) {
-    return;
-  }
+void walk_sub_objects(const char *url, SubObjName *node, NODE_INFO **head, NODE_INFO **tail,
+                      int timeout) {
   while (node != nullptr) {
     char child[ZRCFG_URL_SIZE + sizeof node->name];
     (void)snprintf(child, sizeof child, "%s%s.", url, node->name);  // Fits: `url` is a served one.
@@ -126,20 +165,8 @@ ZRCFG_EXPORT uint32_t constructNodeInfoList(const char *objUrl, ZrcfgObject *ima
 
 ZRCFG_EXPORT uint32_t zrcfg_getallnodeinfo(const char *url, NODE_INFO **ppHead, NODE_INFO **ppTail,
                                            int timeout) {
-  if (url == nullptr) {
-    return refuse_null(NullText::kPlain);
-  }
-  ZRCFG_TRACE("objUrl =  %s\n", url);
-  if (!url_length_ok(url)) {
-    return ZRCFG_E_NOT_FOUND;
-  }
-  return with_object(url, ZRCFG_LOCK_SHARED, timeout, Access::kRead, [&](OpenObject &object) {
-    const uint32_t result = constructNodeInfoList(url, object.loaded.image, ppHead, ppTail);
-    if (result != ZRCFG_OK) {
-      ZRCFG_TRACE("getParamValueList() fail ret=%d!\n", static_cast<int>(result));
-    }
-    return result;
-  });
+  LockFile lock;
+  return list_object(url, ppHead, ppTail, timeout, lock);
 }
 
 ZRCFG_EXPORT void list_all_node_info(const char *objUrl, NODE_INFO **ppHead, NODE_INFO **ppTail,
@@ -148,16 +175,8 @@ ZRCFG_EXPORT void list_all_node_info(const char *objUrl, NODE_INFO **ppHead, NOD
     return;
   }
   ZRCFG_TRACE("objUrl=%s\n", objUrl);
-  NodeRange added;
-  const uint32_t result = zrcfg_getallnodeinfo(objUrl, &added.head, &added.tail, timeout);
-  if (result == ZRCFG_E_NOT_FOUND) {
-    ZRCFG_TRACE("objUrl=%s not exist or hide!\n", objUrl);
-    return;
-  }
-  if (result == ZRCFG_OK && !append_range(objUrl, ppHead, ppTail, added)) {
-    return;
-  }
-  list_sub_objects(objUrl, ppHead, ppTail, timeout);
+  SubObjName *const names = append_object(objUrl, ppHead, ppTail, timeout);
+  walk_sub_objects(objUrl, names, ppHead, ppTail, timeout);
 }
 
 ZRCFG_EXPORT int zrcfg_allnode_get(const char *url, int recursive, NODE_INFO **ppHead,

@@ -8,6 +8,7 @@
 #include <sys/stat.h>
 
 #include "core/call_frame.h"
+#include "core/checked_url.h"
 #include "core/decimal_text.h"
 #include "core/export.h"
 #include "core/result_list.h"
@@ -109,6 +110,26 @@ bool is_compared_number(const char *name) {
 }
 
 }  // namespace
+
+uint32_t list_sub_object_names(const char *url, SubObjName **list, LockFile &lock) {
+  DirPath path;
+  uint32_t result = check_url_to_path(url, NullText::kExclaimed, path);
+  if (result != ZRCFG_OK) {
+    return result;
+  }
+  int lock_fd = -1;
+  if (take_object_lock(path.text, lock, &lock_fd, 0, ZRCFG_LOCK_SHARED) != 0) {
+    ZRCFG_TRACE("getReadLock fail!\n");
+    return ZRCFG_E_LOCK;
+  }
+  result = constructObjList(path.text, list);
+  if (result != ZRCFG_OK) {
+    ZRCFG_TRACE("getObjList() fail ret=%d!\n", static_cast<int>(result));
+  }
+  (void)releaseLock(lock_fd);  // The listing's result is what matters.
+  return result;
+}
+
 }  // namespace zrcfg
 
 using namespace zrcfg;
@@ -167,39 +188,17 @@ ZRCFG_EXPORT uint32_t constructObjList(const char *dirPath, SubObjName **ppList)
 }
 
 ZRCFG_EXPORT uint32_t zrcfg_getallsubobj(const char *url, SubObjName **ppList) {
-  if (url == nullptr) {
-    return refuse_null(NullText::kExclaimed);
-  }
-  ZRCFG_TRACE("objUrl =  %s\n", url);
-  if (!url_length_ok(url)) {
-    return ZRCFG_E_NOT_FOUND;
-  }
-  DirPath path;
-  url_to_dir_path(url, path);
-  int lock_fd = -1;
-  if (getLock(path.text, &lock_fd, 0, ZRCFG_LOCK_SHARED) != 0) {
-    ZRCFG_TRACE("getReadLock fail!\n");
-    return ZRCFG_E_LOCK;
-  }
-  const uint32_t result = constructObjList(path.text, ppList);
-  if (result != ZRCFG_OK) {
-    ZRCFG_TRACE("getObjList() fail ret=%d!\n", static_cast<int>(result));
-  }
-  (void)releaseLock(lock_fd);  // The listing's result is what matters.
-  return result;
+  LockFile lock;
+  return list_sub_object_names(url, ppList, lock);
 }
 
 ZRCFG_EXPORT int zrcfg_getsubobjinfo(const char *url, NODE_INFO **ppHead, NODE_INFO **ppTail,
                                      int timeout) {
-  if (url == nullptr) {
-    return static_cast<int>(refuse_null(NullText::kExclaimed));
-  }
-  ZRCFG_TRACE("objUrl =  %s\n", url);
-  if (!url_length_ok(url)) {
-    return ZRCFG_E_NOT_FOUND;
-  }
   DirPath dir;
-  url_to_dir_path(url, dir);
+  const uint32_t result = check_url_to_path(url, NullText::kExclaimed, dir);
+  if (result != ZRCFG_OK) {
+    return static_cast<int>(result);
+  }
   const EntryScan scan(dir.text);
   if (scan.count < 0) {
     return ZRCFG_E_NOT_FOUND;

@@ -22,4 +22,13 @@ void free_nlist(struct dirent **list, int n);
 uint32_t constructObjList(const char *dirPath, SubObjName **ppList);
 }
 
+namespace zrcfg {
+
+struct LockFile;
+
+// zrcfg_getallsubobj. A descriptor that `lock` keeps saves the opening of the lock file.
+uint32_t list_sub_object_names(const char *url, SubObjName **list, LockFile &lock);
+
+}  // namespace zrcfg
+
 #endif  // ZRCFG_ENUM_SUB_OBJECTS_H_

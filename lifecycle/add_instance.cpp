@@ -1,7 +1,8 @@
 // Creating instances of dynamic tables.
+#include "core/checked_url.h"
 #include "core/export.h"
-#include "core/refuse_null.h"
 #include "core/trace.h"
+#include "lifecycle/free_number.h"
 #include "lifecycle/instance_steps.h"
 #include "zrcfg.h"
 
@@ -12,14 +13,11 @@ constexpr char kCounterStep[] = "modifyParentNodeNumOfEntry";
 
 // The part of both calls before the number is chosen. On failure the table is closed.
 uint32_t open_for_creation(Table &table, const char *url, int timeout) {
-  if (url == nullptr) {
-    return refuse_null(NullText::kExclaimed);
+  uint32_t result = check_url(url, NullText::kExclaimed);
+  if (result != ZRCFG_OK) {
+    return result;
   }
-  ZRCFG_TRACE("objUrl =  %s\n", url);
-  if (!url_length_ok(url)) {
-    return ZRCFG_E_NOT_FOUND;
-  }
-  const uint32_t result = table.open(url, ZRCFG_LOCK_TEMPLATE, timeout);
+  result = table.open(url, ZRCFG_LOCK_TEMPLATE, timeout);
   if (result != ZRCFG_OK) {
     return result;
   }
@@ -36,19 +34,6 @@ uint32_t open_for_creation(Table &table, const char *url, int timeout) {
   return ZRCFG_OK;
 }
 
-// The lowest free number up to the table's limit; 0 when all are taken.
-int choose_number(const Table &table) {
-  const int limit = table.header().max_instance;
-  for (int number = 1; number <= limit; ++number) {
-    const InstancePath candidate(table.dir, number);
-    if (candidate.is_free()) {
-      ZRCFG_TRACE("%s is not exist, use it.\n", candidate.text);
-      return number;
-    }
-  }
-  return 0;
-}
-
 }  // namespace
 }  // namespace zrcfg
 
@@ -62,7 +47,7 @@ ZRCFG_EXPORT uint32_t zrcfg_addobject(const char *url, uint32_t *pIndex, int tim
   if (result != ZRCFG_OK) {
     return result;
   }
-  const int number = choose_number(table);
+  const int number = choose_free_number(table);
   if (number == 0) {
     table.close();
     ZRCFG_TRACE("exceed max number instance.\n");

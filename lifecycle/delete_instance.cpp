@@ -1,6 +1,6 @@
 // Deleting instances of dynamic tables.
+#include "core/checked_url.h"
 #include "core/export.h"
-#include "core/refuse_null.h"
 #include "core/trace.h"
 #include "lifecycle/instance_steps.h"
 #include "zrcfg.h"
@@ -8,15 +8,12 @@
 using namespace zrcfg;
 
 extern "C" ZRCFG_EXPORT uint32_t zrcfg_delobject(const char *url, int index, int timeout) {
-  if (url == nullptr) {
-    return refuse_null(NullText::kExclaimed);
-  }
-  ZRCFG_TRACE("objUrl =  %s\n", url);
-  if (!url_length_ok(url)) {
-    return ZRCFG_E_NOT_FOUND;
+  uint32_t result = check_url(url, NullText::kExclaimed);
+  if (result != ZRCFG_OK) {
+    return result;
   }
   Table table;
-  const uint32_t result = table.open(url, ZRCFG_LOCK_TEMPLATE, timeout);
+  result = table.open(url, ZRCFG_LOCK_TEMPLATE, timeout);
   if (result != ZRCFG_OK) {
     return result;
   }

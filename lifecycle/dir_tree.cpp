@@ -13,6 +13,7 @@
 #include "core/object_path.h"
 #include "core/store_file.h"
 #include "core/trace.h"
+#include "lifecycle/dir_reader.h"
 
 namespace zrcfg {
 namespace {
@@ -27,25 +28,38 @@ constexpr int kStatMessage = 95;
 constexpr int kMakeMessage = 191;
 constexpr int kOpenMessage = 273;
 
-// A path below a directory while a tree is walked. The bound of its length bounds the recursion.
-struct ChildPath {
-  char text[kFilePathSize];
-  bool fits;
-
-  ChildPath(const char *dir, const char *separator, const char *name) {
-    const int length = snprintf(text, sizeof text, "%s%s%s", dir, separator, name);
-    fits = length >= 0 && static_cast<size_t>(length) < sizeof text;
-  }
-};
-
 const char *separator_behind(const char *path) {
   const size_t length = strlen(path);
   return length > 0 && path[length - 1] == '/' ? "" : "/";
 }
 
-bool is_dot_entry(const char *name) {
-  return strcmp(name, ".") == 0 || strcmp(name, "..") == 0;
-}
+// Room for every path that the calls of the file system accept.
+constexpr size_t kWalkPathSize = 320;
+
+// The path of what a walk through a tree is at. The bound of its length bounds the recursion.
+struct WalkPath {
+  char text[kWalkPathSize];
+  size_t length;
+  bool fits;
+
+  explicit WalkPath(const char *path) : length(strlen(path)), fits(length < sizeof text) {
+    length = fits ? length : 0;
+    memcpy(text, path, length);
+    text[length] = '\0';
+  }
+  void append(const char *separator, const char *name) {
+    fits = fits && length + strlen(separator) + strlen(name) < kFilePathSize;
+    if (fits) {
+      length = static_cast<size_t>(stpcpy(stpcpy(text + length, separator), name) - text);
+    }
+  }
+  void step_to(const char *name) { append(separator_behind(text), name); }
+  void step_back(size_t to) {
+    text[to] = '\0';
+    length = to;
+    fits = true;
+  }
+};
 
 // Opens the destination of a copy; refuses what would be created under a cut name.
 int create_file(const char *path) {
@@ -82,10 +96,12 @@ int copy_bytes(int from, int to) {
   return 0;
 }
 
-// The place of a copy of `src` within the directory `dst`.
-ChildPath place_within(const char *src, const char *dst) {
-  const char *const slash = strrchr(src, '/');
-  return {dst, separator_behind(dst), slash != nullptr ? slash : src};
+// Copies one open file to another and closes both. What a close may still report nobody relies on.
+int copy_and_close(int from, int to) {
+  const int result = copy_bytes(from, to);
+  (void)close(from);
+  (void)close(to);
+  return result;
 }
 
 // Opens the destination of a copy of `src`, which lies within `dst` when that is a directory; one
@@ -95,7 +111,9 @@ int create_copy(const char *src, const char *dst) {
   if (fd != -1 || ACCESS(dst, F_OK) != 0 || isDir(dst) != 1) {
     return fd;
   }
-  const ChildPath within = place_within(src, dst);
+  const char *const slash = strrchr(src, '/');
+  WalkPath within(dst);
+  within.step_to(slash != nullptr ? slash : src);
   return within.fits ? create_file(within.text) : -1;
 }
 
@@ -115,95 +133,117 @@ int make_each(char *path) {
   return 0;
 }
 
-// What an entry is, as isDir has it; asked for only where its directory does not say it.
-int entry_kind(const char *path, unsigned char type) {
-  if (type == DT_DIR || type == DT_REG) {
-    return type == DT_DIR ? 1 : 0;
-  }
-  return isDir(path);
-}
+// A copy that is under way.
+struct TreeCopy {
+  WalkPath src;
+  WalkPath dst;
+  bool all_fitted = true;
+};
 
-// Copies an entry of the type `type`. One level of the recursion.
-void copy_entry(const ChildPath &src, const ChildPath &dst, unsigned char type, bool &all_fitted);
-
-void copy_children(DIR *stream, const char *src, const char *dst, bool &all_fitted) {
-  const char *const src_separator = separator_behind(src);
-  const char *const dst_separator = separator_behind(dst);
-  for (const dirent *entry = readdir(stream); entry != nullptr; entry = readdir(stream)) {
-    if (is_dot_entry(entry->d_name)) {
-      continue;
-    }
-    copy_entry({src, src_separator, entry->d_name}, {dst, dst_separator, entry->d_name},
-               entry->d_type, all_fitted);
-  }
-}
-
-void copy_directory(const char *src, const char *dst, bool &all_fitted) {
-  DIR *const stream = OPENDIR(src);
-  if (createDir(dst) != 0) {
-    ZRCFG_TRACE("%s not created!\n", dst);
-  }
-  if (stream == nullptr) {
-    ZRCFG_TRACE("%s not readable, not copied!\n", src);
-    return;
-  }
-  copy_children(stream, src, dst, all_fitted);
-  (void)closedir(stream);  // Only read.
-}
-
-bool copy_file(const char *src, const char *dst) {
-  const bool fits = strlen(dst) <= kMaxCreatedPath;
-  if (fileCopy(src, dst) != 0) {
+void note_file_copy(int result, const char *src, const char *dst, bool &all_fitted) {
+  all_fitted = all_fitted && strlen(dst) <= kMaxCreatedPath;
+  if (result != 0) {
     ZRCFG_TRACE("%s not copied to %s!\n", src, dst);
   }
-  return fits;
 }
 
-void copy_entry(const ChildPath &src, const ChildPath &dst, unsigned char type, bool &all_fitted) {
-  if (!src.fits || !dst.fits) {
-    all_fitted = false;
+// fileCopy for the entry `name` of an open directory. Source and destination that open at once
+// answer every question about them.
+int copy_file_at(int src_dir, const char *name, const TreeCopy &copy) {
+  const int from = openat(src_dir, name, O_RDONLY | O_CLOEXEC);
+  if (from == -1) {
+    return fileCopy(copy.src.text, copy.dst.text);
+  }
+  const int to = create_file(copy.dst.text);
+  if (to == -1) {
+    (void)close(from);
+    return fileCopy(copy.src.text, copy.dst.text);
+  }
+  return copy_and_close(from, to);
+}
+
+// One level of the recursion. `fd` reads the source, or is -1; it is closed.
+void copy_directory(int fd, TreeCopy &copy);
+
+// Copies the entry that the copy's paths are at as what it is. Its kind is asked for only where its
+// directory does not say it.
+void copy_entry(int src_dir, const DirEntry &entry, TreeCopy &copy) {
+  const int directory = entry.type == DT_DIR ? 1 : entry.type == DT_REG ? 0 : isDir(copy.src.text);
+  if (directory == 1) {
+    copy_directory(openat(src_dir, entry.name, kDirFlags | O_CLOEXEC), copy);
+  } else if (directory == 0) {
+    const int result = copy_file_at(src_dir, entry.name, copy);
+    note_file_copy(result, copy.src.text, copy.dst.text, copy.all_fitted);
+  }
+}
+
+void copy_directory(int fd, TreeCopy &copy) {
+  if (createDir(copy.dst.text) != 0) {
+    ZRCFG_TRACE("%s not created!\n", copy.dst.text);
+  }
+  if (fd == -1) {
+    ZRCFG_TRACE("%s not readable, not copied!\n", copy.src.text);
     return;
   }
-  const int directory = entry_kind(src.text, type);
-  if (directory == 1) {
-    copy_directory(src.text, dst.text, all_fitted);
-  } else if (directory == 0) {
-    all_fitted = copy_file(src.text, dst.text) && all_fitted;
+  const size_t src_length = copy.src.length;
+  const size_t dst_length = copy.dst.length;
+  DirReader reader(fd);
+  for (const DirEntry *entry = reader.next(); entry != nullptr; entry = reader.next()) {
+    copy.src.step_to(entry->name);
+    copy.dst.step_to(entry->name);
+    if (copy.src.fits && copy.dst.fits) {
+      copy_entry(fd, *entry, copy);
+    } else {
+      copy.all_fitted = false;
+    }
+    copy.src.step_back(src_length);
+    copy.dst.step_back(dst_length);
+  }
+  (void)close(fd);  // Only read.
+}
+
+void report_removal(int result, const WalkPath &path) {
+  if (result != 0) {
+    ZRCFG_TRACE("%s not removed!\n", path.text);
   }
 }
 
-// Empties and removes the directory that `stream` reads, and closes the stream.
-void remove_directory(DIR *stream, const char *path) {
-  for (const dirent *entry = readdir(stream); entry != nullptr; entry = readdir(stream)) {
-    if (is_dot_entry(entry->d_name)) {
-      continue;
+// Empties the directory at `path`, reading it through `fd`, which is closed. Removing goes on
+// whatever becomes of one entry.
+void empty_directory(int fd, WalkPath &path) {
+  const size_t length = path.length;
+  DirReader reader(fd);
+  for (const DirEntry *entry = reader.next(); entry != nullptr; entry = reader.next()) {
+    path.append("/", entry->name);
+    const int child =
+        path.fits && entry->type != DT_REG ? openat(fd, entry->name, kDirFlags | O_CLOEXEC) : -1;
+    if (child != -1) {
+      empty_directory(child, path);
+      report_removal(unlinkat(fd, entry->name, AT_REMOVEDIR), path);
+    } else if (path.fits && entry->type == DT_REG) {
+      (void)unlinkat(fd, entry->name, 0);
+    } else if (path.fits) {
+      (void)REMOVE(path.text);
     }
-    const ChildPath child(path, "/", entry->d_name);
-    if (!child.fits) {
-      continue;
-    }
-    DIR *const child_stream = entry->d_type != DT_REG ? OPENDIR(child.text) : nullptr;
-    if (child_stream != nullptr) {
-      remove_directory(child_stream, child.text);
-    } else {
-      (void)REMOVE(child.text);  // Removing goes on whatever becomes of one entry.
-    }
+    path.step_back(length);
   }
-  (void)closedir(stream);
-  if (RMDIR(path) != 0) {
-    ZRCFG_TRACE("%s not removed!\n", path);
-  }
+  (void)close(fd);  // Only read.
 }
 
 }  // namespace
 
 int copy_tree(const char *src, const char *dst, bool &all_fitted) {
-  all_fitted = true;
-  const int directory = isDir(src);
-  if (directory == 1) {
-    copy_directory(src, dst, all_fitted);
-  } else if (directory == 0) {
-    all_fitted = copy_file(src, dst);
+  TreeCopy copy = {WalkPath(src), WalkPath(dst)};
+  all_fitted = copy.dst.fits;
+  const int fd = all_fitted ? open_store_file(src, kDirFlags) : -1;
+  const int directory = fd != -1 ? 1 : isDir(src);
+  if (directory == 0) {
+    note_file_copy(fileCopy(src, dst), src, dst, all_fitted);
+  } else if (directory == 1 && !all_fitted) {
+    ZRCFG_TRACE("%s not created!\n", dst);
+  } else if (directory == 1) {
+    copy_directory(fd, copy);
+    all_fitted = copy.all_fitted;
   }
   return directory == -1 ? -1 : 0;
 }
@@ -236,17 +276,15 @@ ZRCFG_EXPORT int fileCopy(const char *src, const char *dst) {
     (void)close(from);
     return -1;
   }
-  const int result = copy_bytes(from, to);
-  (void)close(from);
-  (void)close(to);  // The store never relies on what a close may still report.
-  return result;
+  return copy_and_close(from, to);
 }
 
 ZRCFG_EXPORT int createDir(const char *path) {
   if (path == nullptr) {
     return -1;
   }
-  ChildPath directory(path, separator_behind(path), "");
+  WalkPath directory(path);
+  directory.step_to("");
   if (!directory.fits) {
     return -1;
   }
@@ -264,12 +302,14 @@ ZRCFG_EXPORT int dirCopy(const char *src, const char *dst) {
 }
 
 ZRCFG_EXPORT int dirDel(const char *path) {
-  DIR *const stream = OPENDIR(path);
-  if (stream == nullptr) {
+  const int fd = open_store_file(path, kDirFlags);
+  if (fd == -1) {
     printf("%s:%d open failed.\n", "dirDel", kOpenMessage);
     return -1;
   }
-  remove_directory(stream, path);
+  WalkPath walk(path);  // Fits: it could be opened.
+  empty_directory(fd, walk);
+  report_removal(RMDIR(path), walk);
   return 0;
 }
 

@@ -51,25 +51,35 @@ void template_dir(const char *path, size_t position, char *out) {
   memcpy(out + position, kTemplateSegment, sizeof kTemplateSegment);
 }
 
-// Opens the property file of `dir` read-only, its path in `file`; -1 when it cannot be opened.
-int open_property_of(const char *dir, char *file) {
-  if (!join_path(file, kFilePathSize, dir, kPropertyFileName)) {
-    return -1;
+// The search for a lock file that is to be opened as well.
+struct LockSearch {
+  LockFile &lock;
+  PropertyFd opened;
+};
+
+// Opens the property file of `dir`, or takes it over where it is open.
+bool open_property_of(const char *dir, const char *obj_path, LockSearch &search) {
+  char path[kFilePathSize];
+  if (!join_path(path, sizeof path, dir, kPropertyFileName)) {
+    return false;
   }
-  return open_store_file(file, O_RDONLY);
+  LockFile &lock = search.lock;
+  if (lock.file.fd != -1 && strcmp(path, lock.path) == 0) {
+    search.opened = lock.file;
+    lock.file = {};
+    return true;
+  }
+  const bool own = strcmp(dir, obj_path) == 0;
+  return search.opened.open(path, own ? lock.access : Access::kRead);
 }
 
-// The lock directory of `obj_path`, in `dir`. When `opened` is given, a directory is first tried by
-// opening its property file, which answers for both and leaves the descriptor there.
-void choose_lock_dir(const char *obj_path, char *dir, int *opened) {
+// The lock directory of `obj_path`, in `dir`. When `search` is given, a directory is first tried by
+// opening its property file, which answers for both.
+void choose_lock_dir(const char *obj_path, char *dir, LockSearch *search) {
   for (size_t at = next_instance_number(obj_path, 0); at != kNone;
        at = next_instance_number(obj_path, at + 1)) {
     template_dir(obj_path, at, dir);
-    if (opened != nullptr) {
-      char file[kFilePathSize];
-      *opened = open_property_of(dir, file);
-    }
-    if ((opened != nullptr && *opened != -1) || isDirExist(dir) == 1) {
+    if ((search != nullptr && open_property_of(dir, obj_path, *search)) || isDirExist(dir) == 1) {
       ZRCFG_TRACE("getLockPath() path=%s exist!\n", dir);
       return;
     }
@@ -77,20 +87,16 @@ void choose_lock_dir(const char *obj_path, char *dir, int *opened) {
   memcpy(dir, obj_path, strlen(obj_path) + 1);
 }
 
-// The lock file of `obj_path`; `opened` as in choose_lock_dir.
-bool find_lock_file(const char *obj_path, char *file, int *opened) {
+// The lock file of `obj_path`; `search` as in choose_lock_dir.
+bool find_lock_file(const char *obj_path, char *file, LockSearch *search) {
   ZRCFG_TRACE("getLockFile() objPath=%s!\n", obj_path);
   if (strlen(obj_path) <= kMaxObjectPath) {
     char dir[kFilePathSize];
-    choose_lock_dir(obj_path, dir, opened);
+    choose_lock_dir(obj_path, dir, search);
+    const bool opened =
+        search != nullptr && (search->opened.fd != -1 || open_property_of(dir, obj_path, *search));
     (void)join_path(file, kFilePathSize, dir, kPropertyFileName);  // Fits: asserted above.
-    if (opened != nullptr && *opened == -1) {
-      *opened = open_store_file(file, O_RDONLY);
-    }
-    if (opened != nullptr && *opened != -1) {
-      return true;
-    }
-    if (ACCESS(file, F_OK) == 0 || getPropertyFile(obj_path, file) == ZRCFG_OK) {
+    if (opened || ACCESS(file, F_OK) == 0 || getPropertyFile(obj_path, file) == ZRCFG_OK) {
       return true;
     }
   }
@@ -100,9 +106,12 @@ bool find_lock_file(const char *obj_path, char *file, int *opened) {
 
 }  // namespace
 
-bool open_lock_file(const char *obj_path, char *file, int *opened) {
-  *opened = -1;
-  return find_lock_file(obj_path, file, opened);
+bool open_lock_file(const char *obj_path, LockFile &lock) {
+  LockSearch search = {lock, {}};
+  const bool found = find_lock_file(obj_path, lock.path, &search);
+  lock.file.close();
+  lock.file = search.opened;
+  return found;
 }
 
 }  // namespace zrcfg

@@ -2,12 +2,29 @@
 #ifndef ZRCFG_LOCK_LOCK_FILE_H_
 #define ZRCFG_LOCK_LOCK_FILE_H_
 
+#include "core/object_path.h"
+#include "core/property_fd.h"
+
 namespace zrcfg {
 
-// getLockFile that leaves the file open where finding it took an open: writes the lock file of
-// `obj_path` to `file` (kFilePathSize bytes) and its read-only descriptor, or -1, to `*opened`.
-// False when there is no lock file.
-bool open_lock_file(const char *obj_path, char *file, int *opened);
+// The lock file of an object, and its descriptor while nobody holds the lock through that.
+struct LockFile {
+  char path[kFilePathSize];
+  PropertyFd file;
+  // How the file is opened when it is the object's own property file; others are only read.
+  Access access = Access::kRead;
+  bool writable = false;  // Whether the descriptor that was locked permits writing.
+
+  LockFile() { path[0] = '\0'; }
+  ~LockFile() { file.close(); }
+  LockFile(const LockFile &) = delete;
+  LockFile &operator=(const LockFile &) = delete;
+};
+
+// getLockFile that leaves the file open where finding it took an open, or where `lock` has it open
+// already: fills the path and, unless it is -1 then, the descriptor. False when there is no lock
+// file.
+bool open_lock_file(const char *obj_path, LockFile &lock);
 
 }  // namespace zrcfg
 

@@ -7,9 +7,9 @@
 #include <sys/file.h>
 #include <unistd.h>
 
+#include "core/checked_url.h"
 #include "core/export.h"
 #include "core/property_file.h"
-#include "core/refuse_null.h"
 #include "core/store_file.h"
 #include "core/trace.h"
 #include "lock/lock_file.h"
@@ -76,28 +76,25 @@ uint32_t lock_file(const char *path, int opened, int *fd, int timeout, uint32_t 
   return ZRCFG_OK;
 }
 
-// Checks shared by the exported calls that take a URL; 0 when `path` is made.
-uint32_t checked_dir_path(const char *url, DirPath &path) {
-  if (url == nullptr) {
-    return refuse_null(NullText::kExclaimed);
+void unlock(int fd) {
+  if (fd == -1) {
+    ZRCFG_TRACE("file(fd=%d) no need unlock.\n", fd);
+  } else if (!flock_uninterrupted(fd, LOCK_UN)) {
+    ZRCFG_TRACE("file(fd=%d) unlock failed.\n", fd);
   }
-  ZRCFG_TRACE("objUrl =  %s\n", url);
-  if (!url_length_ok(url)) {
-    return ZRCFG_E_NOT_FOUND;
-  }
-  url_to_dir_path(url, path);
-  return ZRCFG_OK;
 }
 
 }  // namespace
 
 int take_object_lock(const char *obj_path, LockFile &file, int *fd, int timeout, uint32_t rw_type) {
   *fd = -1;
-  int opened = -1;
-  if (!open_lock_file(obj_path, file.path, &opened)) {
+  if (!open_lock_file(obj_path, file)) {
     ZRCFG_TRACE("objPath=%s getLockFile fail.\n", obj_path);
     return -1;
   }
+  const int opened = file.file.fd;
+  file.writable = file.file.writable;
+  file.file = {};
   if (lock_file(file.path, opened, fd, timeout, rw_type) != ZRCFG_OK) {
     ZRCFG_TRACE("objPath=%s lockfile=%s, rwType=%d ,lock fail.\n", obj_path, file.path,
                 static_cast<int>(rw_type));
@@ -106,6 +103,11 @@ int take_object_lock(const char *obj_path, LockFile &file, int *fd, int timeout,
   ZRCFG_TRACE("objPath=%s lockfile=%s lockfd=%d, rwType=%d, lock succ.\n", obj_path, file.path, *fd,
               static_cast<int>(rw_type));
   return 0;
+}
+
+void keep_lock_file(int fd, LockFile &file) {
+  unlock(fd);
+  file.file.fd = fd;
 }
 
 }  // namespace zrcfg
@@ -130,14 +132,8 @@ ZRCFG_EXPORT int getLock(const char *objPath, int *fd, int timeout, uint32_t rwT
 }
 
 ZRCFG_EXPORT int releaseLock(int fd) {
-  if (fd == -1) {
-    ZRCFG_TRACE("file(fd=%d) no need unlock.\n", fd);
-    return 0;
-  }
-  if (!flock_uninterrupted(fd, LOCK_UN)) {
-    ZRCFG_TRACE("file(fd=%d) unlock failed.\n", fd);
-  }
-  return close(fd);
+  unlock(fd);
+  return fd == -1 ? 0 : close(fd);
 }
 
 ZRCFG_EXPORT int isLocked(const char *path) {
@@ -156,7 +152,7 @@ ZRCFG_EXPORT int isLocked(const char *path) {
 
 ZRCFG_EXPORT uint32_t zrcfg_lockurl(const char *url, int *fd, int timeout, uint32_t rwType) {
   DirPath path;
-  const uint32_t result = checked_dir_path(url, path);
+  const uint32_t result = check_url_to_path(url, NullText::kExclaimed, path);
   if (result != ZRCFG_OK) {
     return result;
   }
@@ -165,7 +161,7 @@ ZRCFG_EXPORT uint32_t zrcfg_lockurl(const char *url, int *fd, int timeout, uint3
 
 ZRCFG_EXPORT uint32_t zrcfg_islock(const char *url) {
   DirPath path;
-  const uint32_t result = checked_dir_path(url, path);
+  const uint32_t result = check_url_to_path(url, NullText::kExclaimed, path);
   if (result != ZRCFG_OK) {
     return result;
   }

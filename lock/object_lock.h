@@ -4,7 +4,7 @@
 
 #include <stdint.h>
 
-#include "core/object_path.h"
+#include "lock/lock_file.h"
 
 // Paths are relative to the store root. Outputs hold at least kFilePathSize bytes; object paths of
 // more than 257 characters (the longest directory with "0/" behind it) have no lock file.
@@ -31,12 +31,11 @@ int isLocked(const char *path);
 
 namespace zrcfg {
 
-struct LockFile {
-  char path[kFilePathSize];
-};
-
-// getLock that also tells which file it locked.
+// getLock that also tells which file it locked. A descriptor that `file` keeps saves the opening.
 int take_object_lock(const char *obj_path, LockFile &file, int *fd, int timeout, uint32_t rw_type);
+
+// releaseLock that leaves the file open, for `file` to keep.
+void keep_lock_file(int fd, LockFile &file);
 
 }  // namespace zrcfg
 

@@ -2,6 +2,7 @@
 #include <stdlib.h>
 
 #include "core/call_frame.h"
+#include "core/checked_url.h"
 #include "core/export.h"
 #include "values/bulk_values.h"
 #include "values/request_check.h"
@@ -111,8 +112,7 @@ ZRCFG_EXPORT int zrcfg_getmultiparamval(const char *url, ParamValueEntry *list, 
   if (url == nullptr) {
     return ZRCFG_E_ARGUMENT;
   }
-  ZRCFG_TRACE("objUrl =  %s\n", url);
-  if (!url_length_ok(url)) {
+  if (check_url_length(url) != ZRCFG_OK) {
     return ZRCFG_E_NOT_FOUND;
   }
   return static_cast<int>(

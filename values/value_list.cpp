@@ -2,6 +2,7 @@
 #include "values/value_list.h"
 
 #include "core/call_frame.h"
+#include "core/checked_url.h"
 #include "core/export.h"
 #include "core/fresh_section.h"
 #include "core/listing.h"
@@ -94,12 +95,9 @@ ZRCFG_EXPORT int constructParamValueList(const char *objUrl, ZrcfgObject *image,
 
 ZRCFG_EXPORT int zrcfg_getallparamval(const char *url, ParamValueListNode **head,
                                       ParamValueListNode **tail, int timeout) {
-  if (url == nullptr) {
-    return static_cast<int>(refuse_null(NullText::kPlain));
-  }
-  ZRCFG_TRACE("objUrl =  %s\n", url);
-  if (!url_length_ok(url)) {
-    return ZRCFG_E_NOT_FOUND;
+  const uint32_t result = check_url(url, NullText::kPlain);
+  if (result != ZRCFG_OK) {
+    return static_cast<int>(result);
   }
   return static_cast<int>(
       with_object(url, ZRCFG_LOCK_SHARED, timeout, Access::kRead,

@@ -11,7 +11,7 @@
 namespace zrcfg_test {
 namespace {
 
-constexpr size_t kFamilies = static_cast<size_t>(Call::kAllocate) + 1;
+constexpr size_t kFamilies = static_cast<size_t>(Call::kChange) + 1;
 constexpr size_t kMaxRecords = 4000;
 constexpr size_t kMaxFaults = 8;
 
@@ -39,11 +39,27 @@ unsigned &count_of(Call call) {
   return state.counts[static_cast<size_t>(call)];
 }
 
-bool applies(const Fault &fault, const HookedCall &made, unsigned number) {
-  if (fault.only_writable && (made.flags & O_ACCMODE) == O_RDONLY) {
+bool may_change_store(const HookedCall &made) {
+  switch (made.call) {
+    case Call::kWrite:
+    case Call::kTruncate:
+      return true;
+    case Call::kOpen:
+      return (made.flags & O_CREAT) != 0;
+    case Call::kOther:
+      return strstr(made.function, "sync") == nullptr;
+    default:
+      return false;
+  }
+}
+
+bool applies(const Fault &fault, const HookedCall &made) {
+  const bool same = fault.call == Call::kChange ? may_change_store(made) : fault.call == made.call;
+  if (!same || (fault.only_writable && (made.flags & O_ACCMODE) == O_RDONLY)) {
     return false;
   }
-  return fault.call == made.call && number >= fault.nth && number - fault.nth < fault.times;
+  const unsigned number = count_of(fault.call);
+  return number >= fault.nth && number - fault.nth < fault.times;
 }
 
 }  // namespace
@@ -57,17 +73,26 @@ bool sleeps_skipped() {
 }
 
 Verdict judge_call(const HookedCall &made) {
-  const unsigned number = ++count_of(made.call);
+  ++count_of(made.call);
+  if (may_change_store(made)) {
+    ++count_of(Call::kChange);
+  }
   for (size_t i = 0; i < state.fault_count; ++i) {
-    if (applies(state.faults[i], made, number)) {
-      ++state.hits;
-      if (state.faults[i].error == kKilled) {
-        kill(getpid(), SIGKILL);
-      }
-      return {state.faults[i].error, state.faults[i].error == 0 ? state.faults[i].limit : kNoLimit};
+    const Fault &fault = state.faults[i];
+    if (!applies(fault, made)) {
+      continue;
     }
+    ++state.hits;
+    if (fault.error == kKilled && fault.limit == kNoLimit) {
+      die();
+    }
+    return {fault.error, fault.error == 0 || fault.error == kKilled ? fault.limit : kNoLimit};
   }
   return {0, kNoLimit};
+}
+
+void die() {
+  kill(getpid(), SIGKILL);
 }
 
 void record_call(const HookedCall &made, long long result) {
@@ -85,9 +110,10 @@ void record_call(const HookedCall &made, long long result) {
 }
 
 const char *call_name(Call call) {
-  static const char *const kNames[kFamilies] = {"open",     "close", "read",   "write", "seek",
-                                                "truncate", "lock",  "access", "stat",  "opendir",
-                                                "closedir", "fopen", "sleep",  "other", "allocate"};
+  static const char *const kNames[kFamilies] = {
+      "open",  "close",  "read",    "write",   "seek",     "truncate",
+      "lock",  "access", "stat",    "opendir", "closedir", "fopen",
+      "sleep", "other",  "readdir", "regcomp", "allocate", "change"};
   return kNames[static_cast<size_t>(call)];
 }
 
@@ -109,6 +135,10 @@ Fault fail_writable_opens(int error) {
 
 Fault kill_at(Call call, unsigned nth) {
   return {call, nth, 1, kKilled, kNoLimit};
+}
+
+Fault kill_within(Call call, unsigned nth, size_t bytes) {
+  return {call, nth, 1, kKilled, bytes};
 }
 
 Fault cut_short(Call call, unsigned nth, unsigned times, size_t limit) {
@@ -144,10 +174,10 @@ unsigned CallWatch::count(Call call) const {
 
 unsigned CallWatch::system_calls() const {
   unsigned sum = 0;
-  for (const unsigned count : state.counts) {
-    sum += count;
+  for (size_t family = 0; family <= static_cast<size_t>(Call::kOther); ++family) {
+    sum += state.counts[family];
   }
-  return sum - count(Call::kAllocate) - count(Call::kSleep);
+  return sum - count(Call::kSleep);
 }
 
 unsigned CallWatch::faults_hit() const {

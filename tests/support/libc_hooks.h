@@ -20,14 +20,19 @@ enum class Call {
   kLock,      // flock
   kAccess,    // access, faccessat
   kStat,      // stat, fstat, lstat, fstatat
-  kOpenDir,   // opendir
+  kOpenDir,   // opendir, fdopendir
   kCloseDir,  // closedir
   kFopen,     // fopen
   kSleep,     // usleep, nanosleep
-  kOther,     // fsync, fdatasync, rename, unlink, remove, mkdir, rmdir
+  kOther,     // fsync, fdatasync, rename, unlink, unlinkat, remove, mkdir, mkdirat, rmdir
+  kReadDir,   // readdir, getdents64; many entries come with one system call
+  kRegcomp,   // regcomp, which fails with REG_ESPACE whatever the error
   // malloc, calloc, realloc, called from libzrcfg itself. Valgrind puts its own functions in the
   // place of these hooks unless it runs with --soname-synonyms=somalloc=nouserintercepts.
   kAllocate,
+  // Beside its own family, every call that may change the store: writing, truncating, creating,
+  // making, removing, renaming.
+  kChange,
 };
 
 const char *call_name(Call call);
@@ -44,7 +49,9 @@ struct CallRecord {
 
 inline constexpr unsigned kForEver = ~0u;
 inline constexpr size_t kNoLimit = ~size_t{0};
-inline constexpr int kKilled = -1;  // As an error: the process is killed in front of the call.
+// As an error: the process is killed in front of the call; with a `limit` behind so many bytes of
+// it.
+inline constexpr int kKilled = -1;
 
 // From the `nth` call (from 1) of a family on, `times` calls fail with `error`. An `error` of 0
 // cuts reads and writes to `limit` bytes instead, and leaves other calls alone.
@@ -62,6 +69,7 @@ Fault fail_times(Call call, unsigned nth, unsigned times, int error);
 Fault fail_for_ever(Call call, unsigned nth, int error);
 Fault fail_writable_opens(int error);
 Fault kill_at(Call call, unsigned nth);
+Fault kill_within(Call call, unsigned nth, size_t bytes);
 Fault cut_short(Call call, unsigned nth, unsigned times, size_t limit);
 
 // Watches the calls of this process from its making to stop(), or to its end. One at a time.
@@ -73,7 +81,7 @@ class CallWatch {
   CallWatch &operator=(const CallWatch &) = delete;
 
   void stop();
-  // The calls of a family; every call except allocations and pauses.
+  // The calls of a family; every system call except pauses.
   unsigned count(Call call) const;
   unsigned system_calls() const;
   // How often a fault was applied.

@@ -9,12 +9,14 @@
 #include <errno.h>
 #include <fcntl.h>
 #include <link.h>
+#include <regex.h>
 #include <stdarg.h>
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
 #include <sys/file.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <time.h>
 #include <unistd.h>
 
@@ -55,14 +57,20 @@ Result pass(const HookedCall &made, Result failure, Real real) {
   const Verdict verdict = judge_call(made);
   Result result = failure;
   // A descriptor is gone after a failed close, whatever the reason: the kernel does the same.
-  if (verdict.error == 0 || made.call == Call::kClose || made.call == Call::kCloseDir) {
+  if (verdict.error == 0 || verdict.error == kKilled || made.call == Call::kClose ||
+      made.call == Call::kCloseDir) {
     result = real(verdict.limit);
+  }
+  if (verdict.error == kKilled) {
+    die();
   }
   if (verdict.error != 0) {
     result = failure;
   }
   const int error = verdict.error != 0 ? verdict.error : errno;
-  record_call(made, as_number(result));
+  if (made.call != Call::kReadDir || verdict.error != 0) {
+    record_call(made, as_number(result));
+  }
   errno = error;
   return result;
 }
@@ -184,6 +192,11 @@ void prepare_hooks() {
     return pass<int>({family, #name, path, -1, 0, 0}, -1,       \
                      [&](size_t) { return NEXT(name)(path); }); \
   }
+#define HOOK_READDIR(name, entry_type)                                                    \
+  struct entry_type *name(DIR *directory) {                                               \
+    return pass<struct entry_type *>({Call::kReadDir, #name, nullptr, -1, 0, 0}, nullptr, \
+                                     [&](size_t) { return NEXT(name)(directory); });      \
+  }
 #define HOOK_FD(name)                                              \
   int name(int fd) {                                               \
     return pass<int>({Call::kOther, #name, nullptr, fd, 0, 0}, -1, \
@@ -219,6 +232,8 @@ HOOK_FOPEN(fopen64)
 HOOK_PATH(unlink, Call::kOther)
 HOOK_PATH(remove, Call::kOther)
 HOOK_PATH(rmdir, Call::kOther)
+HOOK_READDIR(readdir, dirent)
+HOOK_READDIR(readdir64, dirent64)
 HOOK_FD(fsync)
 HOOK_FD(fdatasync)
 
@@ -260,6 +275,58 @@ DIR *opendir(const char *path) {
 int closedir(DIR *directory) {
   return pass<int>({Call::kCloseDir, "closedir", nullptr, -1, 0, 0}, -1,
                    [&](size_t) { return NEXT(closedir)(directory); });
+}
+
+DIR *fdopendir(int fd) {
+  return pass<DIR *>({Call::kOpenDir, "fdopendir", nullptr, fd, 0, 0}, nullptr,
+                     [&](size_t) { return NEXT(fdopendir)(fd); });
+}
+
+ssize_t getdents64(int fd, void *buffer, size_t size) noexcept {
+  return pass<ssize_t>({Call::kReadDir, "getdents64", nullptr, fd, 0, static_cast<long long>(size)},
+                       -1, [&](size_t) { return NEXT(getdents64)(fd, buffer, size); });
+}
+
+// Takes the arguments of every call; what a call does not have is passed on as it was found.
+long syscall(long number, ...) noexcept {
+  va_list list;
+  va_start(list, number);
+  long arguments[6];
+  for (long &argument : arguments) {
+    argument = va_arg(list, long);
+  }
+  va_end(list);
+  const auto make = [&](size_t) {
+    return NEXT(syscall)(number, arguments[0], arguments[1], arguments[2], arguments[3],
+                         arguments[4], arguments[5]);
+  };
+  if (number != SYS_getdents64) {
+    return make(kNoLimit);
+  }
+  return pass<long>(
+      {Call::kReadDir, "getdents64", nullptr, static_cast<int>(arguments[0]), 0, arguments[2]}, -1,
+      make);
+}
+
+int unlinkat(int dir, const char *path, int flags) noexcept {
+  return pass<int>({Call::kOther, "unlinkat", path, -1, flags, 0}, -1,
+                   [&](size_t) { return NEXT(unlinkat)(dir, path, flags); });
+}
+
+int mkdirat(int dir, const char *path, mode_t mode) noexcept {
+  return pass<int>({Call::kOther, "mkdirat", path, -1, 0, 0}, -1,
+                   [&](size_t) { return NEXT(mkdirat)(dir, path, mode); });
+}
+
+int regcomp(regex_t *compiled, const char *pattern, int flags) {
+  if (!hooks_active()) {
+    return NEXT(regcomp)(compiled, pattern, flags);
+  }
+  const HookedCall made = {Call::kRegcomp, "regcomp", nullptr, -1, flags, 0};
+  const Verdict verdict = judge_call(made);
+  const int result = verdict.error != 0 ? REG_ESPACE : NEXT(regcomp)(compiled, pattern, flags);
+  record_call(made, result);
+  return result;
 }
 
 int mkdir(const char *path, mode_t mode) noexcept {

@@ -16,7 +16,8 @@ struct HookedCall {
   long long amount;
 };
 
-// What is to become of a call: a nonzero `error` fails it, `limit` bounds the bytes it moves.
+// What is to become of a call: a nonzero `error` fails it, `limit` bounds the bytes it moves. With
+// kKilled the process dies behind them.
 struct Verdict {
   int error;
   size_t limit;
@@ -26,6 +27,7 @@ bool hooks_active();
 bool sleeps_skipped();
 // Counts a call and decides on it.
 Verdict judge_call(const HookedCall &made);
+void die();
 void record_call(const HookedCall &made, long long result);
 
 // Finds the library's place in memory, so that only its own allocations are watched.
