@@ -194,7 +194,8 @@ typedef struct NODE_INFO {
   struct NODE_INFO *next;
 } NODE_INFO;
 
-/* Instance numbers of a URL, and the URL with each number replaced by "x". */
+/* Instance numbers of a URL, and the URL with each number replaced by "x". `depth` counts all numbers,
+ * `index` holds the first four. */
 typedef struct instanceStack {
   uint32_t depth;
   uint32_t index[4];
@@ -534,8 +535,9 @@ uint32_t zrcfg_getallnodeinfo(const char *url, NODE_INFO **ppHead, NODE_INFO **p
 
 /* Lists the object, its visible parameters and its visible sub-objects; with `recursive` the whole
  * tree below it, each object followed by its parameters and then its sub-objects. Hidden objects are
- * left out with all below them. No lock is held across the walk. 0, or -1 with nothing stored. Free
- * the list with zrcfg_allnode_free. */
+ * left out with all below them. No lock is held across the walk, and the sub-objects of an object are
+ * looked for with a single try for its lock, whatever the time-out: while another holds that, they
+ * are missing. 0, or -1 with nothing stored. Free the list with zrcfg_allnode_free. */
 int zrcfg_allnode_get(const char *url, int recursive, NODE_INFO **ppHead, int timeout);
 
 /* Frees a list of NODE_INFO; null is allowed. Always 0. */

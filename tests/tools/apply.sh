@@ -151,6 +151,15 @@ expect "a value that its filter refuses" "$err/$status" "$(printf '%s\n' \
 run apply --no-check $text
 expect "unless asked for" "$out/$status" "2 lines: 2 written, 0 held back, 0 already there, 0 refused/0"
 
+# One name for one object: an empty component would be a second one.
+printf '%s\n' 'R.Plain=8' '-R.T..2.' >$text
+run apply $text
+expect "an empty component" "$err/$status" "$(printf '%s\n' \
+  'zrcfg: line 2: apply: R.T..2.: the object URL has an empty component' \
+  "zrcfg: apply: $text: nothing was changed")/1"
+run get R.Plain
+expect "and nothing was" "$out" "abc"
+
 # What fails while applying is told line by line, and the rest is done.
 printf '%s\n' 'R.Plain=7' 'R.T.2.Name=y' >$text
 mkfifo /var/release

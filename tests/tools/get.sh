@@ -31,6 +31,10 @@ expect "name of 64 characters" "$err/$status" "zrcfg: get: A.$long: the paramete
 long=$(printf 'x%.0s' $(seq 255))
 run get "$long.First"
 expect "URL of 256 characters" "$err/$status" "zrcfg: get: $long.First: the object URL is longer than 255 characters/2"
+for path in A..First .A.First; do
+  run get "$path"
+  expect "empty component in $path" "$err/$status" "zrcfg: get: $path: the object URL has an empty component/2"
+done
 
 printf 'x' >>/var/A/property.conf
 head -c 500 /var/A/property.conf >/var/A/cut && cat /var/A/cut >/var/A/property.conf

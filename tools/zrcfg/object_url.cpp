@@ -23,7 +23,15 @@ bool parse_object_url(const char *text, ObjectUrl &url) {
   if (!has_dot) {
     memcpy(url.text + length, ".", 2);
   }
+  if (has_empty_component(url.text)) {
+    complain("%s: the object URL has an empty component", text);
+    return false;
+  }
   return true;
+}
+
+bool has_empty_component(const char *url) {
+  return url[0] == '.' || strstr(url, "..") != nullptr;
 }
 
 bool split_instance(const ObjectUrl &url, InstanceName &instance) {

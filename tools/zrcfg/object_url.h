@@ -10,9 +10,13 @@ struct ObjectUrl {
   char text[ZRCFG_URL_SIZE];
 };
 
-// Takes an object's path with or without its final dot. Reports and returns false when it is empty
-// or too long.
+// Takes an object's path with or without its final dot. Reports and returns false when it is empty,
+// too long or has an empty component.
 bool parse_object_url(const char *text, ObjectUrl &url);
+
+// Whether two dots of a URL meet or it begins with one. To the file system such a component is
+// nothing, so that the same object would have several names.
+bool has_empty_component(const char *url);
 
 // The URL of an instance, split.
 struct InstanceName {

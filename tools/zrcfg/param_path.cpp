@@ -3,6 +3,7 @@
 
 #include <string.h>
 
+#include "tools/zrcfg/object_url.h"
 #include "tools/zrcfg/report.h"
 
 namespace zrcfg_tool {
@@ -33,6 +34,9 @@ bool split_param_path(const char *text, size_t length, ParamPath &path) {
   }
   memcpy(path.url, text, url_length);
   path.url[url_length] = '\0';
+  if (has_empty_component(path.url)) {
+    return refuse(text, length, "the object URL has an empty component");
+  }
   memcpy(path.name, dot + 1, name_length);
   path.name[name_length] = '\0';
   return true;
