@@ -20,6 +20,8 @@ namespace {
 
 constexpr size_t kBlockSize = 4096;
 constexpr mode_t kDirMode = 0755;
+constexpr mode_t kFileMode = 0666;
+constexpr int kCreateFlags = O_WRONLY | O_CREAT | O_CLOEXEC;
 // The longest path, without the root, that open_create does not cut.
 constexpr size_t kMaxCreatedPath = 255 - (sizeof(kStoreRoot) - 1);
 
@@ -69,7 +71,7 @@ int create_file(const char *path) {
   }
   int fd;
   do {
-    fd = open_create(path, O_WRONLY | O_CREAT | O_CLOEXEC);
+    fd = open_create(path, kCreateFlags);
   } while (fd == -1 && errno == EINTR);
   return fd;
 }
@@ -138,7 +140,31 @@ struct TreeCopy {
   WalkPath src;
   WalkPath dst;
   bool all_fitted = true;
+  // The copy's own directory, once it is made: what lies below is made relative to it, which saves
+  // the system the way there. -1 when it cannot be opened.
+  int top = -1;
+  size_t top_length = 0;
+  bool top_made = false;
+
+  const char *below_top() const {
+    const char *const below = dst.text + top_length;
+    return *below == '/' ? below + 1 : below;
+  }
 };
+
+void make_directory(TreeCopy &copy) {
+  if (copy.top != -1 && mkdirat(copy.top, copy.below_top(), kDirMode) == 0) {
+    return;
+  }
+  if (createDir(copy.dst.text) != 0) {
+    ZRCFG_TRACE("%s not created!\n", copy.dst.text);
+  }
+  if (!copy.top_made) {
+    copy.top = open_store_file(copy.dst.text, kDirFlags);
+    copy.top_length = copy.dst.length;
+    copy.top_made = true;
+  }
+}
 
 void note_file_copy(int result, const char *src, const char *dst, bool &all_fitted) {
   all_fitted = all_fitted && strlen(dst) <= kMaxCreatedPath;
@@ -154,7 +180,9 @@ int copy_file_at(int src_dir, const char *name, const TreeCopy &copy) {
   if (from == -1) {
     return fileCopy(copy.src.text, copy.dst.text);
   }
-  const int to = create_file(copy.dst.text);
+  const int to = copy.top != -1 && copy.dst.length <= kMaxCreatedPath
+                     ? openat(copy.top, copy.below_top(), kCreateFlags, kFileMode)
+                     : -1;
   if (to == -1) {
     (void)close(from);
     return fileCopy(copy.src.text, copy.dst.text);
@@ -178,9 +206,7 @@ void copy_entry(int src_dir, const DirEntry &entry, TreeCopy &copy) {
 }
 
 void copy_directory(int fd, TreeCopy &copy) {
-  if (createDir(copy.dst.text) != 0) {
-    ZRCFG_TRACE("%s not created!\n", copy.dst.text);
-  }
+  make_directory(copy);
   if (fd == -1) {
     ZRCFG_TRACE("%s not readable, not copied!\n", copy.src.text);
     return;
@@ -243,6 +269,9 @@ int copy_tree(const char *src, const char *dst, bool &all_fitted) {
     ZRCFG_TRACE("%s not created!\n", dst);
   } else if (directory == 1) {
     copy_directory(fd, copy);
+    if (copy.top != -1) {
+      (void)close(copy.top);
+    }
     all_fitted = copy.all_fitted;
   }
   return directory == -1 ? -1 : 0;
