@@ -41,6 +41,10 @@ struct RootedPath {
 
 }  // namespace
 
+bool means_absent(int error) {
+  return error == ENOENT || error == ENOTDIR || error == EACCES || error == ELOOP;
+}
+
 int open_store_file(const char *path, int flags) {
   int fd;
   do {

@@ -29,6 +29,10 @@ namespace zrcfg {
 
 inline constexpr char kStoreRoot[] = "/var/";
 
+// Whether `error`, of an opening that failed, says that there is nothing to open. Others, such as a
+// full table of descriptors, say nothing about that.
+bool means_absent(int error);
+
 // Opens with close-on-exec and begins again when a signal interrupts the opening.
 int open_store_file(const char *path, int flags);
 

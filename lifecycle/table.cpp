@@ -6,6 +6,7 @@
 #include <string.h>
 
 #include "core/call_frame.h"
+#include "core/store_file.h"
 #include "lifecycle/dir_tree.h"
 
 namespace zrcfg {
@@ -23,7 +24,7 @@ bool InstancePath::is_free() const {
   if (exists()) {
     return false;
   }
-  return errno == ENOENT || errno == ENOTDIR || errno == EACCES || errno == ELOOP;
+  return means_absent(errno);
 }
 
 uint32_t Table::open(const char *url, uint32_t rw_type, int timeout) {

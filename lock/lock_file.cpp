@@ -1,10 +1,9 @@
 // The choice of the lock file: the property file of the outermost template instance on the path.
 #include "lock/lock_file.h"
 
-#include <fcntl.h>
+#include <errno.h>
 #include <stddef.h>
 #include <string.h>
-#include <unistd.h>
 
 #include "core/export.h"
 #include "core/property_file.h"
@@ -74,25 +73,29 @@ bool open_property_of(const char *dir, const char *obj_path, LockSearch &search)
 }
 
 // The lock directory of `obj_path`, in `dir`. When `search` is given, a directory is first tried by
-// opening its property file, which answers for both.
-void choose_lock_dir(const char *obj_path, char *dir, LockSearch *search) {
+// opening its property file, which answers for both; and false is returned for one of which nobody
+// can tell whether it is there, since another lock would not keep the others out.
+bool choose_lock_dir(const char *obj_path, char *dir, LockSearch *search) {
   for (size_t at = next_instance_number(obj_path, 0); at != kNone;
        at = next_instance_number(obj_path, at + 1)) {
     template_dir(obj_path, at, dir);
     if ((search != nullptr && open_property_of(dir, obj_path, *search)) || isDirExist(dir) == 1) {
       ZRCFG_TRACE("getLockPath() path=%s exist!\n", dir);
-      return;
+      return true;
+    }
+    if (search != nullptr && !means_absent(errno)) {
+      return false;
     }
   }
   memcpy(dir, obj_path, strlen(obj_path) + 1);
+  return true;
 }
 
 // The lock file of `obj_path`; `search` as in choose_lock_dir.
 bool find_lock_file(const char *obj_path, char *file, LockSearch *search) {
   ZRCFG_TRACE("getLockFile() objPath=%s!\n", obj_path);
-  if (strlen(obj_path) <= kMaxObjectPath) {
-    char dir[kFilePathSize];
-    choose_lock_dir(obj_path, dir, search);
+  char dir[kFilePathSize];
+  if (strlen(obj_path) <= kMaxObjectPath && choose_lock_dir(obj_path, dir, search)) {
     const bool opened =
         search != nullptr && (search->opened.fd != -1 || open_property_of(dir, obj_path, *search));
     (void)join_path(file, kFilePathSize, dir, kPropertyFileName);  // Fits: asserted above.
@@ -129,7 +132,7 @@ ZRCFG_EXPORT int getLockPath(const char *objPath, char *lockDir) {
     lockDir[kMaxObjectPath] = '\0';
     return 0;
   }
-  choose_lock_dir(objPath, lockDir, nullptr);
+  (void)choose_lock_dir(objPath, lockDir, nullptr);  // Always true without a search.
   return 0;
 }
 

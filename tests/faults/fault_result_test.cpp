@@ -96,6 +96,25 @@ TEST_F(FaultResultTest, PropertyFileThatCannotBeOpenedReturns8AndReleasesTheLock
   EXPECT_EQ(locked_property_files(), std::vector<std::string>());
 }
 
+// Whoever cannot see whether the template is there must not take a lock that keeps nobody out.
+TEST_F(FaultResultTest, TemplateThatCannotBeOpenedForAPassingReasonGives9AndLocksNothingElse) {
+  for (const int error : {EMFILE, ENFILE, ENOMEM, EIO}) {
+    int fd = -7;
+    clear_log();
+    {
+      CallWatch watch({fail_times(Call::kOpen, 1, 2, error)});
+      EXPECT_EQ(getLock("A/B/3/", &fd, 0, 1), -1);
+      EXPECT_EQ(watch.count(Call::kLock), 0u);
+    }
+    EXPECT_EQ(fd, -1);
+    EXPECT_EQ(log_texts(), (std::vector<std::string>{"getLockFile() objPath=A/B/3/!\n",
+                                                     "getLockFile() can not found file!\n",
+                                                     "objPath=A/B/3/ getLockFile fail.\n"}));
+    CallWatch watch({fail_times(Call::kOpen, 1, 2, error)});
+    EXPECT_EQ(zrcfg_setsingleparamval("A.B.3.", "First", "new", 0), 9u) << error;
+  }
+}
+
 TEST_F(FaultResultTest, LockFileThatCannotBeOpenedGives8Inside9AndMinusOneOutside) {
   const std::vector<Fault> faults = {fail_for_ever(Call::kOpen, 1, EACCES)};
   int fd = -7;
