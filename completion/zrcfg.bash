@@ -30,7 +30,7 @@ _zrcfg() {
   # Outside of a completion, where the function may be called by hand, there are no options to set.
   if [[ -n $goes_on ]]; then
     compopt -o nospace 2>/dev/null
-  elif [[ ${#COMPREPLY[@]} -eq 0 && " ${words[*]} " =~ " "(apply|batch|export|lock)" " ]]; then
+  elif [[ ${#COMPREPLY[@]} -eq 0 && " ${words[*]} " =~ " "(apply|batch|diff|export|lock|restore|snapshot)" " ]]; then
     compopt -o filenames 2>/dev/null
     mapfile -t COMPREPLY < <(compgen -f -- "${word#"$begin"}")
   fi

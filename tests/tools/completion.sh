@@ -26,7 +26,7 @@ completes() {
 
 completes "the beginning of a command" "encode exists export" e
 completes "no such command" "" nothing
-completes "commands behind an option" "decode del dump" --json d
+completes "commands behind an option" "decode del diff dump" --json d
 completes "and behind one with a value" "get" --timeout 20 g
 completes "its value in the same word" "get" -t20 g
 run complete -- ''
@@ -54,9 +54,12 @@ completes "too long" "" get "$(printf 'x.%.0s' {1..300})"
 completes "parameters to set" "R.Place= R.Plain=" set R.P
 completes "objects on the way" "R.Other= R.Place= R.Plain= R.T. R.Tail. R.Third." set R.
 completes "no values" "" set R.Plain=
-for command in list tree del add exists export wan lock islock dump; do
+for command in list tree watch del add exists export wan lock islock dump; do
   completes "objects for $command" "R.T. R.Tail. R.Third." $command R.
 done
+completes "no object in place of a file" "" snapshot R.
+completes "the object behind a file" "R.T. R.Tail. R.Third." snapshot FILE R.
+completes "the object behind two" "R.T. R.Tail. R.Third." diff FILE - R.
 completes "several objects" "R.T.1. R.T.12." list S R. R.T.1
 completes "one only" "" dump R R.
 completes "attr" "get" attr g

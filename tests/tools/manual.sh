@@ -44,5 +44,10 @@ if [ $# -gt 1 ]; then
     "$(sed 's/\\-/-/g; s/\\f[BIR]//g' "$page_of_builder" | sed -n '/^\.SH OPTIONS$/,$p' |
       grep -oE -- '^(-h, )?--[a-z-]+' | grep -oE -- '--.*' | sort -u)"
   expect "the examples" "$seen" "$number of $number examples as in the page"
+  for page in "$here"/../../man/zrcfg-{check,watch,snapshot,diff}.1; do
+    seen=$(PATH=/var/bin:$PATH python3 "$here/manual_examples.py" "$page")
+    number=$(grep -c '^\$ ' "$page")
+    expect "the examples of $(basename "$page")" "$seen" "$number of $number examples as in the page"
+  done
 fi
 finish

@@ -70,4 +70,5 @@ def main():
     print("%d of %d examples as in the page" % (same, len(wanted)))
 
 
-main()
+if __name__ == "__main__":
+    main()

@@ -1,10 +1,15 @@
-"""Makes random changes to the store through the command line: values and instances, seeded."""
+"""Makes random changes to the store through the command line: values and instances, seeded.
+
+Usage: random_changes.py ZRCFG ROOT COUNT SEED [checked]. With "checked" the store stays one that its
+model permits: values pass their filters, counters are left alone, and tables keep an instance.
+"""
 import json
 import random
 import subprocess
 import sys
 
 zrcfg, root, count, seed = sys.argv[1], sys.argv[2], int(sys.argv[3]), int(sys.argv[4])
+checked = sys.argv[5:] == ["checked"]
 chance = random.Random(seed)
 done = {"set": 0, "add": 0, "del": 0}
 
@@ -25,8 +30,17 @@ def random_value():
     return value
 
 
+def set_checked(path):
+    words = [b"true", b"0", b"%d" % chance.randrange(10000), b"192.0.2.7", b"10.0", random_value()]
+    done["set"] += run("set", path.encode() + b"=" + chance.choice(words)).returncode == 0
+
+
 def change_value(tree):
     path = chance.choice([n["path"] for n in tree if n["kind"] == "parameter"])
+    if checked:
+        if not path.endswith("NumberOfEntries"):
+            set_checked(path)
+        return
     assert run("set", "--no-check", path.encode() + b"=" + random_value()).returncode == 0
     done["set"] += 1
 
@@ -40,7 +54,11 @@ def add_instance(tree):
 def delete_instance(tree):
     objects = {n["path"]: n["rw"] for n in tree if n["kind"] == "object"}
     instances = [p for p in objects if p.split(".")[-2].isdigit()]
-    instances = [p for p in instances if objects.get(p[: p.rstrip(".").rindex(".") + 1])]
+    table_of = {p: p[: p.rstrip(".").rindex(".") + 1] for p in instances}
+    instances = [p for p in instances if objects.get(table_of[p])]
+    if checked:
+        tables = list(table_of.values())
+        instances = [p for p in instances if tables.count(table_of[p]) > 1]
     if instances:
         done["del"] += run("del", chance.choice(instances)).returncode == 0
 

@@ -27,8 +27,11 @@ struct AttributeTable {
   size_t count;
 };
 
+// Constants, whose initialisers the check does not see here.
+// NOLINTBEGIN(bugprone-dynamic-static-initializers)
 extern const AttributeTable kParamAttributes;   // Offsets in ParamAttr.
 extern const AttributeTable kObjectAttributes;  // Offsets in ObjAttr.
+// NOLINTEND(bugprone-dynamic-static-initializers)
 
 // The attribute that the `length` characters at `text` name or number; null, reported, for none.
 const Attribute *find_attribute(const AttributeTable &table, const char *text, size_t length);

@@ -57,6 +57,27 @@ constexpr Command kCommands[] = {
      "Prints the raw property file of an object, every field with offset and bytes;\n"
      "of a damaged one what there is.",
      kOutputOptions, run_dump, true},
+    {"check", "[URL]",
+     "Reports what is inconsistent in the store, or in an object and all below it, as\n"
+     "PATH: IDENTIFIER: TEXT, and changes nothing. Exit code 0: clean, 1: problems\n"
+     "remain, 3: all are repaired.",
+     kOutputOptions | kRepair, run_check, false},
+    {"watch", "[URL...]",
+     "Prints each change of values, attributes and instances of the objects and all below\n"
+     "them, or of the whole store, as it happens, until it is interrupted.",
+     kJson, run_watch, false},
+    {"snapshot", "FILE [URL]",
+     "Saves the objects of the store, or an object and all below it, byte for byte.", 0,
+     run_snapshot, true},
+    {"restore", "FILE",
+     "Brings the store, or the part that was saved, to the state of a snapshot. All of\n"
+     "it is checked before anything is changed.",
+     kDryRun, run_restore, true},
+    {"diff", "A [B [URL]]",
+     "Prints what leads from A to B: stores (directories, or - for the device's own, also\n"
+     "without B), snapshots, and what export wrote. Exit code 0 same, 1 different, 2\n"
+     "trouble.",
+     kJson, run_diff, true},
     {"lock", "URL -- COMMAND...",
      "Holds the object's lock while a command runs, and passes its exit status on.\n"
      "Calls inside need --timeout -2.",

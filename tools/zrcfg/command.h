@@ -31,9 +31,11 @@ int run_add(const Options &options, const Arguments &arguments);
 int run_apply(const Options &options, const Arguments &arguments);
 int run_attr(const Options &options, const Arguments &arguments);
 int run_batch(const Options &options, const Arguments &arguments);
+int run_check(const Options &options, const Arguments &arguments);
 int run_complete(const Options &options, const Arguments &arguments);
 int run_decode(const Options &options, const Arguments &arguments);
 int run_del(const Options &options, const Arguments &arguments);
+int run_diff(const Options &options, const Arguments &arguments);
 int run_dump(const Options &options, const Arguments &arguments);
 int run_encode(const Options &options, const Arguments &arguments);
 int run_exists(const Options &options, const Arguments &arguments);
@@ -44,10 +46,13 @@ int run_islock(const Options &options, const Arguments &arguments);
 int run_list(const Options &options, const Arguments &arguments);
 int run_lock(const Options &options, const Arguments &arguments);
 int run_object(const Options &options, const Arguments &arguments);
+int run_restore(const Options &options, const Arguments &arguments);
 int run_set(const Options &options, const Arguments &arguments);
 int run_shell(const Options &options, const Arguments &arguments);
+int run_snapshot(const Options &options, const Arguments &arguments);
 int run_tree(const Options &options, const Arguments &arguments);
 int run_wan(const Options &options, const Arguments &arguments);
+int run_watch(const Options &options, const Arguments &arguments);
 
 // All commands, in the order of the help.
 struct CommandTable {

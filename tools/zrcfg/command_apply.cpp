@@ -1,31 +1,14 @@
 // apply FILE: replays a configuration text.
-#include <errno.h>
 #include <stdio.h>
-#include <string.h>
 
 #include "tools/zrcfg/apply_plan.h"
 #include "tools/zrcfg/bytes.h"
 #include "tools/zrcfg/command.h"
+#include "tools/zrcfg/input_file.h"
 #include "tools/zrcfg/report.h"
 
 namespace zrcfg_tool {
 namespace {
-
-constexpr size_t kMaxText = 64u << 20;
-
-bool read_file(const char *name, Bytes &text) {
-  if (strcmp(name, "-") == 0) {
-    return text.read_all(stdin, "standard input", kMaxText);
-  }
-  FILE *const file = fopen(name, "re");
-  if (file == nullptr) {
-    complain("%s: cannot be read: %s", name, strerror(errno));
-    return false;
-  }
-  const bool ok = text.read_all(file, name, kMaxText);
-  (void)fclose(file);  // Only read.
-  return ok;
-}
 
 const char *outcome_name(Outcome outcome, bool dry_run) {
   switch (outcome) {
@@ -99,7 +82,7 @@ int run_apply(const Options &options, const Arguments &arguments) {
   }
   Bytes bytes;
   ConfigText text;
-  if (!read_file(arguments.values[0], bytes)) {
+  if (!read_input_file(arguments.values[0], bytes)) {
     return kExitRefused;
   }
   if (!text.parse(bytes)) {

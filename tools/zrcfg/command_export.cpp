@@ -1,11 +1,8 @@
 // export URL [FILE]: writes a configuration as text.
 #include <ctype.h>
-#include <errno.h>
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 #include "tools/zrcfg/bytes.h"
 #include "tools/zrcfg/command.h"
@@ -13,6 +10,7 @@
 #include "tools/zrcfg/object_reader.h"
 #include "tools/zrcfg/object_url.h"
 #include "tools/zrcfg/progress.h"
+#include "tools/zrcfg/replace_file.h"
 #include "tools/zrcfg/report.h"
 #include "zrcfg.h"
 
@@ -75,32 +73,9 @@ bool export_object(const Options &options, const char *url, Export &out) {
   return append_object(options, url, out) && export_children(options, url, out);
 }
 
-bool write_stream(FILE *stream, const Export &out) {
+bool write_stream(FILE *stream, const void *context) {
+  const Export &out = *static_cast<const Export *>(context);
   return out.instances.write_to(stream) && out.values.write_to(stream);
-}
-
-// Writes a file of another name first, so that an older file is replaced as a whole or not at all.
-bool write_file(const char *name, const Export &out) {
-  Bytes temporary;
-  if (!temporary.append(name) || !temporary.append(".XXXXXX") || !temporary.append('\0')) {
-    return false;
-  }
-  const int fd = mkstemp(temporary.at);
-  FILE *const stream = fd != -1 ? fdopen(fd, "w") : nullptr;
-  if (stream == nullptr) {
-    complain("%s: cannot be written: %s", name, strerror(errno));
-    return false;
-  }
-  const mode_t mask = umask(0);
-  (void)umask(mask);
-  const bool written = write_stream(stream, out) && fchmod(fd, 0666 & ~mask) == 0 &&
-                       fflush(stream) == 0 && fsync(fd) == 0;
-  if (fclose(stream) == 0 && written && rename(temporary.at, name) == 0) {
-    return true;
-  }
-  complain("%s: cannot be written: %s", name, strerror(errno));
-  (void)unlink(temporary.at);  // The failure before it is what matters.
-  return false;
 }
 
 }  // namespace
@@ -122,9 +97,9 @@ int run_export(const Options &options, const Arguments &arguments) {
   }
   out.progress.finish();
   if (arguments.count == 2) {
-    return write_file(arguments.values[1], out) ? kExitOk : kExitRefused;
+    return replace_file(arguments.values[1], write_stream, &out) ? kExitOk : kExitRefused;
   }
-  (void)write_stream(stdout, out);  // main reports what standard output suffers.
+  (void)write_stream(stdout, &out);  // main reports what standard output suffers.
   return kExitOk;
 }
 

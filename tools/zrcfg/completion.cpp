@@ -102,6 +102,13 @@ void add_values_behind(const char *typed, Candidates &out) {
   add_option_values(option_awaiting_value(name), value, out);
 }
 
+// Whether the argument is the object behind the files of snapshot and diff.
+bool is_object_behind_files(const Before &before) {
+  const char *const name = before.command->name;
+  return (strcmp(name, "snapshot") == 0 && before.count == 1) ||
+         (strcmp(name, "diff") == 0 && before.count == 2);
+}
+
 // attr and object: get or set, then the item, then names.
 void add_attribute_arguments(const Before &before, const char *typed, Candidates &out) {
   const bool of_object = strcmp(before.command->name, "object") == 0;
@@ -120,8 +127,8 @@ void add_attribute_arguments(const Before &before, const char *typed, Candidates
 void add_arguments(const Before &before, const char *typed, Candidates &out) {
   constexpr const char *kTakingPaths[] = {"get", nullptr};
   constexpr const char *kTakingAssignments[] = {"set", nullptr};
-  constexpr const char *kTakingObjects[] = {"list", "tree", "del", nullptr};
-  constexpr const char *kTakingOneObject[] = {"wan",  "add",    "exists", "export",
+  constexpr const char *kTakingObjects[] = {"list", "tree", "watch", "del", nullptr};
+  constexpr const char *kTakingOneObject[] = {"wan",  "add",    "exists", "export", "check",
                                               "lock", "islock", "dump",   nullptr};
   constexpr const char *kTakingAttributes[] = {"attr", "object", nullptr};
   constexpr const char *kTakingCommand[] = {"help", nullptr};
@@ -133,7 +140,8 @@ void add_arguments(const Before &before, const char *typed, Candidates &out) {
       add_paths(typed, "=", out);
     }
   } else if (is_any_of(command, kTakingObjects) ||
-             (is_any_of(command, kTakingOneObject) && before.count == 0)) {
+             (is_any_of(command, kTakingOneObject) && before.count == 0) ||
+             is_object_behind_files(before)) {
     add_paths(typed, nullptr, out);
   } else if (is_any_of(command, kTakingAttributes)) {
     add_attribute_arguments(before, typed, out);

@@ -45,6 +45,7 @@ constexpr OptionRule kRules[] = {
     {kDryRun, 0, "dry-run", nullptr, "check only, change nothing"},
     {kKeepGoing, 'k', "keep-going", nullptr, "go on behind a failure"},
     {kShared, 0, "shared", nullptr, "the readers' lock in place of the writers'"},
+    {kRepair, 0, "repair", nullptr, "repair what has one right answer"},
     {kHelp, 'h', "help", nullptr, "print this help, or that of a command"},
     {kVersion, 'V', "version", nullptr, "print the version"},
 };

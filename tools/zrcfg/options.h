@@ -28,6 +28,7 @@ enum OptionBit : unsigned {
   kKeepGoing = 1u << 16,
   kShared = 1u << 17,
   kExact = 1u << 18,
+  kRepair = 1u << 19,
 };
 
 // Options that every command takes, and those of commands that print what they read.

@@ -10,20 +10,20 @@ namespace {
 
 constexpr int64_t kInterval = 1000;
 
-int64_t now() {
+}  // namespace
+
+int64_t milliseconds_now() {
   timespec time = {};
   (void)clock_gettime(CLOCK_MONOTONIC, &time);  // Cannot fail.
   return int64_t{time.tv_sec} * 1000 + time.tv_nsec / 1000000;
 }
 
-}  // namespace
-
 Progress::Progress(const char *verb, const char *things, size_t total)
-    : verb_(verb), things_(things), total_(total), next_(now() + kInterval) {}
+    : verb_(verb), things_(things), total_(total), next_(milliseconds_now() + kInterval) {}
 
 void Progress::step(size_t steps) {
   done_ += steps;
-  const int64_t time = now();
+  const int64_t time = milliseconds_now();
   if (time < next_ || isatty(STDERR_FILENO) == 0) {
     return;
   }

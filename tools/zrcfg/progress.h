@@ -7,6 +7,9 @@
 
 namespace zrcfg_tool {
 
+// The time on the monotonic clock.
+int64_t milliseconds_now();
+
 // Prints "zrcfg: VERB N [of TOTAL] THINGS", after a second and then once a second; on a terminal
 // only, and wiped away at the end.
 class Progress {

@@ -63,15 +63,16 @@ bool TextSet::add(const char *text) {
   if (2 * (used_ + 1) > capacity_ && !grow()) {
     return false;
   }
-  char *&slot = slots_[place_of(text, strlen(text))];
-  if (slot == nullptr) {
-    slot = strdup(text);
-    if (slot == nullptr) {
-      complain("out of memory");
-      return false;
-    }
-    ++used_;
+  const size_t place = place_of(text, strlen(text));
+  if (slots_[place] != nullptr) {
+    return true;
   }
+  slots_[place] = strdup(text);
+  if (slots_[place] == nullptr) {
+    complain("out of memory");
+    return false;
+  }
+  ++used_;
   return true;
 }
 

@@ -1,0 +1,125 @@
+// Whether a snapshot can be restored, and what that would change.
+#include "tools/zrcfg/input_file.h"
+#include "tools/zrcfg/report.h"
+#include "tools/zrcfg/snapshot/difference.h"
+#include "tools/zrcfg/snapshot/restore.h"
+#include "tools/zrcfg/snapshot/snapshot_file.h"
+
+namespace zrcfg_tool {
+namespace {
+
+bool other_model(const char *url) {
+  complain("%s: its parameters, or fixed fields of its header, are not those of the snapshot", url);
+  return false;
+}
+
+// Whether a file of the store is of the model of an object of the snapshot.
+bool file_fits(const ObjectSet &wanted, size_t i, const char *bytes, size_t size) {
+  PropertyView snapshot;
+  PropertyView store;
+  return view_structure(wanted.bytes(i), wanted.size(i), snapshot) &&
+         view_structure(bytes, size, store) && same_model(snapshot, store);
+}
+
+bool print_change(const Difference &difference, void *) {
+  print_difference(difference, false);
+  return true;
+}
+
+}  // namespace
+
+bool Restore::load(const char *name) {
+  Bytes file;
+  return read_input_file(name, file) && decode_snapshot(file, name, scope_, wanted_);
+}
+
+bool Restore::check() {
+  if (!root_.open(nullptr) || !now_.read(root_, scope_.text, options_.timeout, Accepted::kAny)) {
+    return false;
+  }
+  bool all_ok = true;
+  RestoreSteps all = steps();
+  for (RestoreStep step; all.next(step);) {
+    if (step.kind == StepKind::kForeign) {
+      complain("%s: is in the %s only: they are of different models", step.url.text,
+               step.now.empty() ? "snapshot" : "store");
+      all_ok = false;
+    } else if (step.kind == StepKind::kWrite) {
+      all_ok = check_object(step) && all_ok;
+    } else if (step.kind == StepKind::kCreate) {
+      all_ok = check_instance(step) && all_ok;
+    }
+  }
+  return all_ok;
+}
+
+bool Restore::check_object(const RestoreStep &step) const {
+  const ObjectSet &now = now_.objects();
+  return file_fits(wanted_, step.wanted.first, now.bytes(step.now.first),
+                   now.size(step.now.first)) ||
+         other_model(step.url.text);
+}
+
+// The instance is of the store's model when its objects are those that a copy of the template, or
+// of another instance of a fixed table, would have.
+bool Restore::check_instance(const RestoreStep &step) {
+  bool all_ok = true;
+  for (size_t i = step.wanted.first; i < step.wanted.end; ++i) {
+    if (is_instance_url(wanted_.url(i)) && !view_.create_instance(wanted_.url(i))) {
+      return false;
+    }
+    all_ok = check_copied_object(i) && all_ok;
+  }
+  return all_ok;
+}
+
+bool Restore::check_copied_object(size_t wanted) {
+  const char *const url = wanted_.url(wanted);
+  ObjectUrl real;
+  if (view_.resolve(url, real) != ViewResult::kThere) {
+    complain("%s: the store has no instance that it could be a copy of", url);
+    return false;
+  }
+  zrcfg_store::ObjectPlace place;
+  (void)place.set_url(real.text);  // It is a URL of the store.
+  Bytes file;
+  const ReadResult result = read_object_file(root_, place, options_.timeout, file);
+  if (result != ReadResult::kRead) {
+    report_unread(real.text, result);
+    return false;
+  }
+  return file_fits(wanted_, wanted, file.at, file.size) || other_model(url);
+}
+
+void Restore::print_changes() const {
+  const DifferenceSink sink = {print_change, nullptr};
+  const ObjectSet &now = now_.objects();
+  RestoreSteps all = steps();
+  for (RestoreStep step; all.next(step);) {
+    PropertyView before;
+    PropertyView after;
+    if (step.kind == StepKind::kWrite) {
+      const size_t i = step.now.first;
+      (void)view_property_file(wanted_.bytes(step.wanted.first), wanted_.size(step.wanted.first),
+                               after);  // Held when it was loaded.
+      const char *const damage = view_property_file(now.bytes(i), now.size(i), before);
+      if (damage != nullptr) {
+        complain("%s: damaged: %s", step.url.text, damage);
+      } else {
+        (void)compare_objects(step.url.text, before, after, Compared::kAll, sink);
+      }
+      continue;
+    }
+    for (size_t i = step.now.first; i < step.now.end; ++i) {
+      if (view_property_file(now.bytes(i), now.size(i), before) == nullptr) {
+        (void)tell_removed(now.url(i), before, sink);
+      }
+    }
+    for (size_t i = step.wanted.first; i < step.wanted.end; ++i) {
+      (void)view_property_file(wanted_.bytes(i), wanted_.size(i), after);
+      (void)tell_added(wanted_.url(i), after, sink);
+    }
+  }
+}
+
+}  // namespace zrcfg_tool
