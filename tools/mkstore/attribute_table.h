@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 #include "core/property_file.h"
 
@@ -22,6 +23,13 @@ AttributeSetting object_attribute(const std::string &name, const std::string &va
 
 void apply_attribute(const AttributeSetting &setting, ParamRecord &record);
 void apply_attribute(const AttributeSetting &setting, ObjectHeader &header);
+
+// Puts what outlives an upgrade into a new record or header: all that the model has no word for,
+// reserved bytes included. Of the attributes that describe the product those in `listed` stay.
+void carry_attributes(const ParamRecord &old, const std::vector<AttributeSetting> &listed,
+                      ParamRecord &record);
+void carry_attributes(const ObjectHeader &old, const std::vector<AttributeSetting> &listed,
+                      ObjectHeader &header);
 
 }  // namespace zrcfg::mkstore
 

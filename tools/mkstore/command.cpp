@@ -7,15 +7,19 @@
 #include <algorithm>
 #include <chrono>
 #include <cstring>
+#include <functional>
 #include <iomanip>
+#include <optional>
 #include <ostream>
 #include <sstream>
 
 #include "tools/mkstore/atomic_tree.h"
 #include "tools/mkstore/build_error.h"
+#include "tools/mkstore/carry_over.h"
 #include "tools/mkstore/filter_table.h"
 #include "tools/mkstore/list_file.h"
 #include "tools/mkstore/model_document.h"
+#include "tools/mkstore/old_store.h"
 #include "tools/mkstore/property_writer.h"
 #include "tools/mkstore/store_plan.h"
 
@@ -31,8 +35,10 @@ struct Options {
   std::string instances_file;
   std::string values_file;
   std::string attributes_file;
+  std::string old_store;
   std::string output;
   bool verbose = false;
+  bool strict = false;
 };
 
 struct Totals {
@@ -91,6 +97,17 @@ struct Report {
   Totals totals;
   FilterTable filters;
   std::vector<std::string> warnings;
+  UpgradeReport upgrade;
+  bool published = false;  // False when --strict kept the output back.
+};
+
+// What a store is made from.
+struct Sources {
+  Model model;
+  Settings settings;
+  std::optional<OldStore> old_store;
+  KeptObjects kept;
+  std::vector<Placement> placements;
 };
 
 void write_filters(const AtomicTree &tree, Report &report) {
@@ -103,38 +120,68 @@ void write_filters(const AtomicTree &tree, Report &report) {
   report.totals.bytes += text.size();
 }
 
-Report build_store(const Options &options) {
-  Report report;
-  Model model = load_model(options.model_file, options.model_name, report.warnings);
+void read_sources(const Options &options, Report &report, Sources &sources) {
+  Model &model = sources.model;
+  model = load_model(options.model_file, options.model_name, report.warnings);
   report.filters = number_filters(model);
-  Settings settings;
   if (!options.instances_file.empty()) {
-    read_instances_file(options.instances_file, model, settings);
+    read_instances_file(options.instances_file, model, sources.settings);
   }
   if (!options.values_file.empty()) {
-    read_values_file(options.values_file, model, settings);
+    read_values_file(options.values_file, model, sources.settings);
   }
   if (!options.attributes_file.empty()) {
-    read_attributes_file(options.attributes_file, model, settings);
+    read_attributes_file(options.attributes_file, model, sources.settings);
   }
-  Totals &totals = report.totals;
-  count_model(model, totals);
-  const InterruptionGuard guard;
-  const std::vector<Placement> placements = plan_store(model, settings);
-  AtomicTree tree(options.output);
-  for (const Placement &placement : placements) {
+  count_model(model, report.totals);
+}
+
+// Decides on the directories. The list files are checked against a new store even when an old one
+// then says which instances there are.
+void plan_directories(const Options &options, Report &report, Sources &sources) {
+  sources.placements = plan_store(sources.model, sources.settings);
+  if (options.old_store.empty()) {
+    return;
+  }
+  sources.old_store.emplace(options.old_store, options.output);
+  sources.kept =
+      find_kept_objects(*sources.old_store, sources.model, sources.settings, report.upgrade);
+  sources.placements = plan_upgraded_store(sources.model, sources.settings, sources.kept.instances);
+}
+
+void write_objects(const AtomicTree &tree, const Sources &sources, Report &report) {
+  for (const Placement &placement : sources.placements) {
+    ObjectContent content = object_content(sources.model, sources.settings, placement);
+    if (sources.old_store) {
+      Upgrade upgrade{*sources.old_store, sources.kept, sources.model, report.filters,
+                      report.upgrade};
+      carry_over(upgrade, placement, content);
+    }
     const std::string directory = directory_of(placement.url);
-    const std::string bytes = property_file(model, settings, placement);
+    const std::string bytes = property_file(content);
     make_directory(tree, directory);
     write_file(tree, directory + kPropertyFileName, bytes);
-    ++totals.files;
-    totals.bytes += bytes.size();
+    ++report.totals.files;
+    report.totals.bytes += bytes.size();
     if (interrupted != 0) {
-      fail(options.output, "interrupted");
+      fail(tree.target, "interrupted");
     }
   }
+}
+
+Report build_store(const Options &options) {
+  Report report;
+  Sources sources;
+  read_sources(options, report, sources);
+  const InterruptionGuard guard;
+  plan_directories(options, report, sources);
+  AtomicTree tree(options.output);
+  write_objects(tree, sources, report);
   write_filters(tree, report);
-  publish(tree);
+  report.published = !options.strict || losses(report.upgrade) == 0;
+  if (report.published) {
+    publish(tree);
+  }
   return report;
 }
 
@@ -150,6 +197,11 @@ void describe_options(CLI::App &app, Options &options) {
       ->type_name("FILE");
   app.add_option("--attributes", options.attributes_file, "Lines of PATH NAME=VALUE")
       ->type_name("FILE");
+  CLI::Option *const upgrade =
+      app.add_option("--upgrade", options.old_store, "Store whose content is carried over")
+          ->type_name("STORE");
+  app.add_flag("--strict", options.strict, "With --upgrade: write nothing if something is lost")
+      ->needs(upgrade);
   app.add_flag("--verbose", options.verbose, "List the parameters with unchecked facets");
   app.add_option("OUTDIR", options.output, "Directory that becomes the store's root")
       ->type_name("")
@@ -164,6 +216,19 @@ std::string summary(const Totals &totals, double seconds) {
        << " parameters; " << totals.files << " files, " << totals.bytes << " bytes, " << std::fixed
        << std::setprecision(3) << seconds << " seconds";
   return text.str();
+}
+
+void print_report(const Options &options, const Report &report, double seconds, std::ostream &out) {
+  for (const std::string &line : report.upgrade.lines) {
+    out << line << "\n";
+  }
+  for (const std::string &parameter : report.filters.unchecked_parameters) {
+    out << (options.verbose ? "unchecked: " + parameter + "\n" : "");
+  }
+  out << summary(report.totals, seconds) << "\n" << filter_summary(report.filters) << "\n";
+  if (!options.old_store.empty()) {
+    out << upgrade_summary(report.upgrade) << "\n";
+  }
 }
 
 }  // namespace
@@ -184,11 +249,12 @@ int run_command(const std::vector<std::string> &arguments, std::ostream &out, st
       err << kProgram << ": warning: " << options.model_file << ": " << warning << "\n";
     }
     const std::chrono::duration<double> taken = std::chrono::steady_clock::now() - start;
-    for (const std::string &parameter : report.filters.unchecked_parameters) {
-      out << (options.verbose ? "unchecked: " + parameter + "\n" : "");
+    print_report(options, report, taken.count(), out);
+    if (report.published) {
+      return kExitDone;
     }
-    out << summary(report.totals, taken.count()) << "\n" << filter_summary(report.filters) << "\n";
-    return kExitDone;
+    err << kProgram << ": " << options.output << ": not written, because " << losses(report.upgrade)
+        << " things of " << options.old_store << " are lost\n";
   } catch (const BuildError &error) {
     err << kProgram << ": " << error.text << "\n";
   } catch (const std::exception &error) {

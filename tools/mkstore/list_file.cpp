@@ -30,15 +30,6 @@ void for_each_entry(const std::string &file,
   }
 }
 
-size_t find_child(const Model &model, const std::vector<size_t> &among, const std::string &name) {
-  for (const size_t at : among) {
-    if (model.objects[at].name == name) {
-      return at;
-    }
-  }
-  return kNoObject;
-}
-
 // An object URL with instance numbers, such as "A.1.B.". Throws std::string.
 Address resolve_url(const Model &model, const std::string &url) {
   if (url.empty() || url.back() != '.') {

@@ -167,6 +167,15 @@ std::optional<size_t> counter_index(const Model &model, const Object &table) {
   return static_cast<size_t>(found - parameters.begin());
 }
 
+size_t find_child(const Model &model, const std::vector<size_t> &among, const std::string &name) {
+  for (const size_t at : among) {
+    if (model.objects[at].name == name) {
+      return at;
+    }
+  }
+  return kNoObject;
+}
+
 void connect_objects(Model &model, std::vector<std::string> &warnings) {
   PathIndex index;
   for (size_t at = 0; at < model.objects.size(); ++at) {

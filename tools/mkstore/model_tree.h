@@ -21,6 +21,9 @@ std::string object_path_problem(const std::string &path);
 // Sets `name` and `is_table` from the path.
 void name_from_path(Object &object);
 
+// The object of that name among `among`, or kNoObject.
+size_t find_child(const Model &model, const std::vector<size_t> &among, const std::string &name);
+
 // Links parents and children, implies missing ancestors, and checks lengths and counters.
 void connect_objects(Model &model, std::vector<std::string> &warnings);
 

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "core/value_section.h"
 #include "tools/mkstore/model_tree.h"
 
 namespace zrcfg::mkstore {
@@ -11,7 +12,6 @@ namespace zrcfg::mkstore {
 namespace {
 
 constexpr uint32_t kFullKey = 15;  // Every export mode passes.
-constexpr char kEmptyValueLine = '\r';
 
 // Whether a table's instances may be added and deleted, and by whom.
 enum TableAccess : uint32_t { kFixed = 0, kByClients = 1, kByDeviceOnly = 2 };
@@ -112,32 +112,40 @@ ObjectHeader object_header(const Model &model, const Settings &settings,
   return header_with(model, inherited_settings(settings, placement.address), placement);
 }
 
-std::string property_file(const Model &model, const Settings &settings,
-                          const Placement &placement) {
-  const ObjectSettings own = inherited_settings(settings, placement.address);
-  const ObjectHeader header = header_with(model, own, placement);
-  BigEndian32 length{};
-  length.set(kHeaderSize + kRecordSize * header.param_num);
-  std::string bytes;
-  append_bytes(bytes, length);
-  append_bytes(bytes, header);
-
-  std::string values;
+ObjectContent object_content(const Model &model, const Settings &settings,
+                             const Placement &placement) {
+  ObjectContent content;
+  content.listed = inherited_settings(settings, placement.address);
+  content.header = header_with(model, content.listed, placement);
   const std::vector<Parameter> &parameters = model.objects[placement.address.object].parameters;
-  for (size_t i = 0; i < header.param_num; ++i) {
+  for (size_t i = 0; i < content.header.param_num; ++i) {
     ParamRecord record = parameter_record(parameters[i]);
-    const auto attributes = own.parameter_attributes.find(i);
-    if (attributes != own.parameter_attributes.end()) {
+    const auto attributes = content.listed.parameter_attributes.find(i);
+    if (attributes != content.listed.parameter_attributes.end()) {
       for (const AttributeSetting &attribute : attributes->second) {
         apply_attribute(attribute, record);
       }
     }
-    append_bytes(bytes, record);
-    const std::string value = value_of(placement, own, i, parameters[i]);
-    values += value.empty() ? std::string(1, kEmptyValueLine) : value;
-    values += '\n';
+    content.records.push_back(record);
+    content.values.push_back(value_of(placement, content.listed, i, parameters[i]));
   }
-  return bytes + values;
+  return content;
+}
+
+std::string property_file(const ObjectContent &content) {
+  BigEndian32 length{};
+  length.set(kHeaderSize + kRecordSize * static_cast<uint32_t>(content.records.size()));
+  std::string bytes;
+  append_bytes(bytes, length);
+  append_bytes(bytes, content.header);
+  for (const ParamRecord &record : content.records) {
+    append_bytes(bytes, record);
+  }
+  for (const std::string &value : content.values) {
+    bytes += value.empty() ? std::string(1, kEmptyValueMark) : value;
+    bytes += '\n';
+  }
+  return bytes;
 }
 
 }  // namespace zrcfg::mkstore

@@ -82,6 +82,8 @@ std::optional<Expression> limited_sequence(const Expression &expression, const L
       return std::nullopt;
     }
   }
+  // A sequence of fixed length was told apart by its lengths, so one part varies.
+  // cppcheck-suppress containerOutOfBounds
   std::optional<Expression> limited = limited_to(expression.parts[variable], lengths >> fixed);
   if (!limited) {
     return std::nullopt;

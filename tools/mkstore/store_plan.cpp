@@ -18,6 +18,7 @@ constexpr size_t kMaxPlacements = 1000000;
 struct Planner {
   const Model &model;
   const Settings &settings;
+  const KeptInstances &kept;
   std::vector<Placement> placements;
 };
 
@@ -26,6 +27,13 @@ using Wanted = std::map<uint8_t, Place>;  // A place without file: asked for by 
 // The instance numbers of the table at `header`, the template not counted.
 Wanted wanted_instances(const Planner &planner, const Address &header) {
   Wanted wanted;
+  const auto kept = planner.kept.find(header);
+  if (kept != planner.kept.end()) {
+    for (const uint8_t number : kept->second) {
+      wanted.emplace(number, Place{});
+    }
+    return wanted;
+  }
   const Object &table = planner.model.objects[header.object];
   for (size_t number = 1; number <= table.min_entries; ++number) {
     wanted.emplace(static_cast<uint8_t>(number), Place{});
@@ -139,10 +147,8 @@ void check_settings(const Planner &planner) {
   }
 }
 
-}  // namespace
-
-std::vector<Placement> plan_store(const Model &model, const Settings &settings) {
-  Planner planner{model, settings, {}};
+void place_roots(Planner &planner) {
+  const Model &model = planner.model;
   for (const size_t root : model.roots) {
     const Address address{root, {}};
     const std::string url = model.objects[root].name + ".";
@@ -152,7 +158,22 @@ std::vector<Placement> plan_store(const Model &model, const Settings &settings) 
       place_object(planner, address, url);
     }
   }
+}
+
+}  // namespace
+
+std::vector<Placement> plan_store(const Model &model, const Settings &settings) {
+  const KeptInstances none;
+  Planner planner{model, settings, none, {}};
+  place_roots(planner);
   check_settings(planner);
+  return std::move(planner.placements);
+}
+
+std::vector<Placement> plan_upgraded_store(const Model &model, const Settings &settings,
+                                           const KeptInstances &kept) {
+  Planner planner{model, settings, kept, {}};
+  place_roots(planner);
   return std::move(planner.placements);
 }
 
