@@ -14,7 +14,6 @@ constexpr size_t kNameBytes = 64;
 constexpr size_t kAccesslistAt = 72;
 constexpr size_t kAreaAt = 88;
 constexpr size_t kCheckAt = 116;
-constexpr size_t kSlotAt = 120;
 constexpr size_t kAttrAccesslistAt = 14;
 constexpr size_t kAttrAreaAt = 30;
 constexpr size_t kAttrCheckAt = 60;
@@ -212,16 +211,6 @@ const std::vector<int> &attr_numbers() {
                                            7,       8,    9,  10, 11, 12, 13, 14,  15,  16,
                                            17,      18,   19, 20, 31, 32, 99, 255, 256, INT_MAX};
   return numbers;
-}
-
-std::string without_slots(std::string bytes) {
-  put_word(bytes, kHeaderAt, 0);
-  put_word(bytes, kHeaderAt + 180, 0);
-  const size_t end = std::min(bytes.size(), kHeaderAt + size_t{word_at(bytes, 0)});
-  for (size_t i = 0; record_at(i + 1) <= end; ++i) {
-    put_word(bytes, record_at(i) + kSlotAt, 0);
-  }
-  return bytes;
 }
 
 void expect_bytes(const std::string &actual, const std::string &expected, const std::string &what) {

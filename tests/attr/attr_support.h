@@ -80,8 +80,6 @@ const std::vector<NumberText> &number_texts();
 // Every attribute number and some that are none.
 const std::vector<int> &attr_numbers();
 
-// The slots that have no meaning on disk set to zero.
-std::string without_slots(std::string bytes);
 // Tells the first difference rather than all bytes.
 void expect_bytes(const std::string &actual, const std::string &expected, const std::string &what);
 

@@ -23,18 +23,6 @@ constexpr Call kFailingCalls[] = {Call::kOpen,     Call::kClose, Call::kRead,   
                                   Call::kLock,     Call::kStat,  Call::kAccess,   Call::kOpenDir,
                                   Call::kCloseDir, Call::kFopen, Call::kTruncate, Call::kOther};
 
-// The slots that have no meaning on disk set to zero.
-std::string without_slots(std::string bytes) {
-  const auto clear = [&bytes](size_t at) { bytes.replace(at, 4, 4, '\0'); };
-  clear(4);
-  clear(4 + 180);
-  for (size_t end = 4 + kHeadBytes + kParamBytes; end <= length_word(bytes) + 4;
-       end += kParamBytes) {
-    clear(end - 4);
-  }
-  return bytes;
-}
-
 struct AttrFaultOutcome {
   uint32_t result;
   std::string output;

@@ -188,7 +188,8 @@ TEST_P(PatternFaultTest, FailureRefusesTheValueAndLeavesNothingBehind) {
 
 INSTANTIATE_TEST_SUITE_P(Calls, PatternFaultTest,
                          ::testing::Values(Call::kAccess, Call::kOpen, Call::kFopen, Call::kRead,
-                                           Call::kSeek, Call::kStat, Call::kClose, Call::kAllocate),
+                                           Call::kSeek, Call::kStat, Call::kClose, Call::kAllocate,
+                                           Call::kRegcomp),
                          [](const auto &row) { return std::string(call_name(row.param)); });
 
 TEST_F(BulkFaultTest, PatternBufferThatCannotBeHadRefusesTheValueWithItsText) {

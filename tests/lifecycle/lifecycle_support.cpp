@@ -90,6 +90,18 @@ Tree store_tree() {
   return tree;
 }
 
+Tree tree_without_slots() {
+  static const std::string kFileName = "property.conf";
+  Tree tree = store_tree();
+  for (auto &[path, entry] : tree) {
+    const size_t length = path.size();
+    if (length >= kFileName.size() && path.substr(length - kFileName.size()) == kFileName) {
+      entry = file_entry(without_slots(entry.substr(file_entry("").size())));
+    }
+  }
+  return tree;
+}
+
 std::string file_entry(const std::string &bytes) {
   return "file " + bytes;
 }

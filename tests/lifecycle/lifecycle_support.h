@@ -25,6 +25,8 @@ using Lines = std::vector<std::string>;
 using Tree = std::map<std::string, std::string>;
 inline constexpr char kDirEntry[] = "dir";
 Tree store_tree();
+// The same without the addresses that writers of records leave in property files.
+Tree tree_without_slots();
 std::string file_entry(const std::string &bytes);
 // The entries at and below `dir` (without a final slash), and the tree without them.
 Tree subtree(const Tree &tree, const std::string &dir);

@@ -5,7 +5,9 @@
 #include <gtest/gtest.h>
 #include <stdint.h>
 
+#include <optional>
 #include <ostream>
+#include <type_traits>
 #include <vector>
 
 #include "zrcfg.h"
@@ -30,6 +32,7 @@ struct Things {
   ParamValueEntry value_node = {};  // Parameter A with `value`.
   MultiAttrNode attr_node = {};     // Parameter A with `attr`.
   WanConIndex index = {1, 1, 1};
+  std::optional<long long> result;  // Of the symbol's call, where it has one.
 
   Things();
   ~Things();
@@ -48,12 +51,42 @@ const std::vector<EveryCall> &interface_calls();
 const std::vector<EveryCall> &building_block_calls();
 std::vector<EveryCall> every_call();
 
+// The store that the uses need.
+void write_every_call_store();
+
+// A function that notes what it returns.
+template <typename Result, typename... Arguments>
+struct NotedCall {
+  Things &things;
+  Result (*function)(Arguments...);
+
+  Result operator()(Arguments... arguments) const {
+    if constexpr (std::is_integral_v<Result>) {
+      const Result result = function(arguments...);
+      things.result = static_cast<long long>(result);
+      return result;
+    } else {
+      return function(arguments...);
+    }
+  }
+};
+
+template <typename Result, typename... Arguments>
+NotedCall<Result, Arguments...> noted(Things &things, Result (*function)(Arguments...)) {
+  return {things, function};
+}
+
+template <typename Other>
+Other *noted(Things &, Other *symbol) {
+  return symbol;
+}
+
 // A row of the tables: the statements use the symbol as `call`; one that does not is a warning.
 #define ZRCFG_TEST_USE(symbol, ...)                        \
   {                                                        \
 #symbol, [](Things &t) {                                 \
       (void)t;                                               \
-      auto *const call = &symbol;                            \
+      const auto call = noted(t, &symbol);                   \
       __VA_ARGS__                                            \
     } \
   }

@@ -1,6 +1,7 @@
 // Builds the exact bytes of property files with offsets of its own, and puts them into the store.
 #include "support/property_builder.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -179,6 +180,23 @@ size_t value_offset(const std::string &bytes) {
 
 std::string value_section(const std::string &bytes) {
   return bytes.substr(value_offset(bytes));
+}
+
+std::string without_slots(std::string bytes) {
+  constexpr size_t kSlot = 4;
+  constexpr size_t kRecords = 4 + kHeadBytes;
+  const auto clear = [&bytes](size_t end) {
+    if (end <= bytes.size()) {
+      bytes.replace(end - kSlot, kSlot, kSlot, '\0');
+    }
+  };
+  clear(4 + kSlot);
+  clear(kRecords);
+  const size_t known = bytes.size() < kRecords ? 0 : std::min(bytes.size(), value_offset(bytes));
+  for (size_t end = kRecords + kParamBytes; end <= known; end += kParamBytes) {
+    clear(end);
+  }
+  return bytes;
 }
 
 }  // namespace zrcfg_test

@@ -103,6 +103,8 @@ std::string property_path(const std::string &dir);  // Absolute.
 uint32_t length_word(const std::string &bytes);
 size_t value_offset(const std::string &bytes);
 std::string value_section(const std::string &bytes);
+// The address slots, which have no meaning on disk, set to zero.
+std::string without_slots(std::string bytes);
 
 }  // namespace zrcfg_test
 
