@@ -1,9 +1,12 @@
 # Installing what a script needs, on Debian; sourced by the scripts beside this folder.
 
 build_packages="g++ gcc cmake ninja-build pkg-config libpugixml-dev libcli11-dev bubblewrap proot perl util-linux"
-test_packages="libgtest-dev libgmock-dev python3 valgrind xxd busybox zsh libreadline8"
+test_packages="libgtest-dev libgmock-dev python3 valgrind xxd busybox zsh libreadline8 dpkg-dev mandoc groff-base"
+abi_packages="abigail-tools g++-mips-linux-gnu"
 mips_packages="g++-mips-linux-gnu qemu-user googletest"
 bench_packages="libsqlite3-dev libtdb-dev liblmdb-dev nlohmann-json3-dev python3"
+fuzz_packages="clang libclang-rt-dev"
+analysis_packages="clang-tidy cppcheck"
 i386_packages="g++-i686-linux-gnu valgrind python3"
 
 # need_packages NAME...: installs those that are missing, with sudo when not root.
