@@ -1,24 +1,46 @@
 #!/usr/bin/env bash
-# Builds the release configuration and installs it into the stage that the other tests look at.
+# Builds the release configuration and installs it twice: into the stage that the other tests look at,
+# and, as packagers do, for /usr below a directory, where every file has its place in a committed list.
 set -euo pipefail
-rm -rf "$STAGE"
+rm -rf "$STAGE" "$ROOT"
 uci_options=(-DZRCFG_UCI="$UCI_SOURCE")
 if [ "$UCI_SOURCE" = system ]; then
   # A libuci outside the system's folders is found when clients are linked and run.
   uci_options+=(-DUCI_LIBRARY="$UCI_LIBRARY" -DUCI_INCLUDE_DIR="$UCI_INCLUDE_DIR"
     -DCMAKE_INSTALL_RPATH="$(dirname "$UCI_LIBRARY")")
 fi
-cmake -S "$SOURCE_DIR" -B "$WORK_DIR/build" -G Ninja -DCMAKE_BUILD_TYPE=Release \
-  -DCMAKE_INSTALL_PREFIX="$STAGE" -DCMAKE_INSTALL_LIBDIR="${LIBDIR#"$STAGE"/}" \
-  -DZRCFG_HOST_TOOLS=OFF -DZRCFG_TESTS=OFF -DZRCFG_WERROR=ON \
-  "${uci_options[@]}"
-cmake --build "$WORK_DIR/build"
-cmake --install "$WORK_DIR/build"
 
-for file in bin/zrcfg include/zrcfg.h share/man/man1/zrcfg.1 \
-  share/bash-completion/completions/zrcfg share/zsh/site-functions/_zrcfg; do
-  test -f "$STAGE/$file" || { echo "not installed: $file"; exit 1; }
+# configure PREFIX LIBDIR
+configure() {
+  cmake -S "$SOURCE_DIR" -B "$RELEASE_BUILD" -G Ninja -DCMAKE_BUILD_TYPE=Release \
+    -DCMAKE_INSTALL_PREFIX="$1" -DCMAKE_INSTALL_LIBDIR="$2" \
+    -DZRCFG_TESTS=OFF -DZRCFG_WERROR=ON "${uci_options[@]}"
+}
+
+configure "$STAGE" "${LIBDIR#"$STAGE"/}"
+cmake --build "$RELEASE_BUILD"
+cmake --install "$RELEASE_BUILD" >"$WORK_DIR/install.log"
+
+multiarch=lib/$(gcc -print-multiarch)
+configure /usr "$multiarch"
+DESTDIR=$ROOT cmake --install "$RELEASE_BUILD" >"$WORK_DIR/install.log"
+
+version=$(sed -n 's/^set(ZRCFG_VERSION \(.*\))$/\1/p' "$SOURCE_DIR/cmake/Version.cmake")
+soversion=$(sed -n 's/^set(ZRCFG_SOVERSION \(.*\))$/\1/p' "$SOURCE_DIR/cmake/Version.cmake")
+# Pages that only refer to zrcfg.3: one for each call of the header.
+aliases=$(grep -rlx '\.so man3/zrcfg\.3' "$ROOT/usr/share/man/man3")
+for page in $aliases; do
+  call=$(basename "$page" .3)
+  grep -qE "^[a-z0-9_]+ $call\(" "$SOURCE_DIR/include/zrcfg.h" || { echo "not a call: $call"; exit 1; }
 done
-for file in libzrcfg.so libzrlogmgr.so pkgconfig/zrcfg.pc cmake/zrcfg/zrcfgConfig.cmake; do
-  test -e "$LIBDIR/$file" || { echo "not installed: $file"; exit 1; }
-done
+declared=$(grep -cE '^(int|uint32_t|void) [A-Za-z0-9_]+\(' "$SOURCE_DIR/include/zrcfg.h")
+test "$(wc -l <<<"$aliases")" -eq "$declared" || { echo "$declared calls have pages: $aliases"; exit 1; }
+
+cd "$ROOT"
+find . ! -type d ! -path './usr/share/man/man3/*' -printf '%M %P %l\n' |
+  sed "s|$multiarch|LIBDIR|; s/libzrcfg\.so\.$version/libzrcfg.so.VERSION/g
+       s/libzrcfg\.so\.$soversion\b/libzrcfg.so.SOVERSION/g; s/ *\$//" | LC_ALL=C sort -k 2 >"$WORK_DIR/installed"
+diff -u "$TEST_DIR/installed_files.txt" "$WORK_DIR/installed"
+test -s usr/share/man/man3/zrcfg.3
+# Nothing of the machine that builds is in the files.
+! grep -rl --fixed-strings -e "$SOURCE_DIR" -e "$RELEASE_BUILD" -e "$ROOT" . || exit 1
