@@ -22,6 +22,14 @@ if(ZRCFG_SANITIZE)
   target_link_options(zrcfg_sanitizers INTERFACE -fsanitize=${ZRCFG_SANITIZE})
 endif()
 
+# Only the library counts what runs, and as it is written, not as it is optimised.
+option(ZRCFG_COVERAGE "Count the lines and branches of the library that run (GCC)" OFF)
+add_library(zrcfg_coverage INTERFACE)
+if(ZRCFG_COVERAGE)
+  target_compile_options(zrcfg_coverage INTERFACE -O0 --coverage -fprofile-abs-path)
+  target_link_options(zrcfg_coverage INTERFACE --coverage)
+endif()
+
 # The library lives without the C++ runtime; symbols are hidden unless marked, and its calls to its
 # own exported functions cannot be taken over by a client's function of the same name.
 add_library(zrcfg_library_flags INTERFACE)

@@ -67,6 +67,6 @@ function(zrcfg_define_library target)
   set_target_properties(${target} PROPERTIES LINKER_LANGUAGE C)
 endfunction()
 
-zrcfg_define_library(zrcfg zrcfg_sanitizers)
+zrcfg_define_library(zrcfg zrcfg_sanitizers zrcfg_coverage)
 set_target_properties(zrcfg PROPERTIES VERSION ${ZRCFG_VERSION} SOVERSION ${ZRCFG_SOVERSION})
 add_library(zrcfg::zrcfg ALIAS zrcfg)

@@ -4,6 +4,7 @@
 #include <errno.h>
 #include <stddef.h>
 #include <string.h>
+#include <unistd.h>
 
 #include "core/export.h"
 #include "core/property_file.h"

@@ -145,7 +145,7 @@ Fault cut_short(Call call, unsigned nth, unsigned times, size_t limit) {
   return {call, nth, times, 0, limit};
 }
 
-CallWatch::CallWatch(std::vector<Fault> faults, bool skip_sleeps) {
+CallWatch::CallWatch(const std::vector<Fault> &faults, bool skip_sleeps) {
   prepare_hooks();
   memset(state.counts, 0, sizeof state.counts);
   state.fault_count = 0;

@@ -75,7 +75,7 @@ Fault cut_short(Call call, unsigned nth, unsigned times, size_t limit);
 // Watches the calls of this process from its making to stop(), or to its end. One at a time.
 class CallWatch {
  public:
-  explicit CallWatch(std::vector<Fault> faults = {}, bool skip_sleeps = false);
+  explicit CallWatch(const std::vector<Fault> &faults = {}, bool skip_sleeps = false);
   ~CallWatch();
   CallWatch(const CallWatch &) = delete;
   CallWatch &operator=(const CallWatch &) = delete;

@@ -30,6 +30,7 @@ using namespace zrcfg_test;
 namespace {
 
 // The definition of the function that the one here hides.
+// NOLINTBEGIN(bugprone-macro-parentheses): decltype tells a name from one in parentheses.
 #define NEXT(name)                                                        \
   ([] {                                                                   \
     static decltype(&name) found = nullptr;                               \
@@ -38,6 +39,7 @@ namespace {
     }                                                                     \
     return found;                                                         \
   }())
+// NOLINTEND(bugprone-macro-parentheses)
 
 template <typename Result>
 long long as_number(Result result) {

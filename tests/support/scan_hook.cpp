@@ -29,6 +29,7 @@ int hooked_scan(const char *path, Entry ***list, Real real) {
   const int count = real();
   if (count >= 0 && active->after) {
     std::vector<ScannedEntry> entries;
+    entries.reserve(static_cast<size_t>(count));
     for (int i = 0; i < count; ++i) {
       entries.push_back({(*list)[i]->d_name, &(*list)[i]->d_type});
     }
@@ -72,6 +73,7 @@ ScanHooks failing_scan(const std::string &dir, int error) {
 #define HOOK_SCANDIR(name, entry_type)                                                             \
   int name(const char *path, struct entry_type ***list, int (*filter)(const struct entry_type *),  \
            int (*compare)(const struct entry_type **, const struct entry_type **)) {               \
+    /* NOLINTNEXTLINE(bugprone-macro-parentheses): a name, in parentheses, is none. */             \
     static const auto real = zrcfg_test::next_definition<decltype(&name)>(#name);                  \
     return zrcfg_test::hooked_scan(path, list, [&] { return real(path, list, filter, compare); }); \
   }

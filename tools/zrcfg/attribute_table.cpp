@@ -140,7 +140,10 @@ bool check_attribute_names(const AttributeTable &table, int count, char **names)
 void print_attributes(const AttributeTable &table, const void *record, int count, char **names,
                       RecordPrinter &printer) {
   for (int i = 0; i < count; ++i) {
-    print_attribute(*find_attribute(table, names[i], strlen(names[i])), record, printer);
+    const Attribute *const attribute = find_attribute(table, names[i], strlen(names[i]));
+    if (attribute != nullptr) {
+      print_attribute(*attribute, record, printer);
+    }
   }
   for (size_t i = 0; count == 0 && i < table.count; ++i) {
     print_attribute(table.attributes[i], record, printer);

@@ -15,6 +15,17 @@ constexpr int kFirstOwnDescriptor = 3;
 
 bool reserved = false;
 
+void close_failed(int moved, FILE *stream, int nothing) {
+  if (stream != nullptr) {
+    (void)fclose(stream);
+  } else if (moved != -1) {
+    (void)close(moved);
+  }
+  if (nothing != -1) {
+    (void)close(nothing);
+  }
+}
+
 }  // namespace
 
 void reserve_standard_input() {
@@ -31,6 +42,7 @@ FILE *take_standard_input() {
   const int nothing = open("/dev/null", O_RDONLY | O_CLOEXEC);
   if (stream == nullptr || nothing == -1 || dup2(nothing, STDIN_FILENO) == -1) {
     complain("standard input: cannot be read: %s", strerror(errno));
+    close_failed(moved, stream, nothing);
     return nullptr;
   }
   (void)close(nothing);  // Its copy stays.

@@ -31,7 +31,8 @@ RequestTable::~RequestTable() {
 bool RequestTable::allocate(int count) {
   const size_t size = static_cast<size_t>(count);
   requests_ = static_cast<Request *>(calloc(size, sizeof *requests_));
-  order_ = static_cast<Request **>(calloc(size, sizeof(Request *)));
+  // NOLINTNEXTLINE(bugprone-sizeof-expression): an array of pointers.
+  order_ = static_cast<Request **>(calloc(size, sizeof *order_));
   groups_ = static_cast<Group *>(calloc(size, sizeof *groups_));
   if (requests_ == nullptr || order_ == nullptr || groups_ == nullptr) {
     complain("out of memory");
@@ -45,7 +46,8 @@ void RequestTable::group() {
   for (int i = 0; i < count_; ++i) {
     order_[i] = &requests_[i];
   }
-  qsort(order_, static_cast<size_t>(count_), sizeof(Request *), compare_requests);
+  // NOLINTNEXTLINE(bugprone-sizeof-expression): an array of pointers.
+  qsort(order_, static_cast<size_t>(count_), sizeof *order_, compare_requests);
   group_count_ = 0;
   for (int i = 0; i < count_; ++i) {
     if (i == 0 || strcmp(order_[i]->path.url, order_[i - 1]->path.url) != 0) {

@@ -14,7 +14,6 @@
 
 namespace zrcfg_tool {
 
-using zrcfg::ParamRecord;
 using zrcfg_store::ObjectPlace;
 using zrcfg_store::StoredObject;
 

@@ -15,6 +15,7 @@ constexpr unsigned kMaxPattern = 1023;
 
 }  // namespace
 
+// cppcheck-suppress uninitMemberVar ; a slot counts for nothing before it is given a number
 Filters::Filters() : exists_(access(kFilterFile, F_OK) == 0), readable_(false) {
   struct stat status;
   // Anything but a file might keep its reader waiting.

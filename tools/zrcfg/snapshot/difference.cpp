@@ -103,6 +103,7 @@ bool compare_records(const Comparison &comparison, const char *name, const Param
 // The values of a well-formed object by the position of their records.
 class Values {
  public:
+  // cppcheck-suppress uninitMemberVar ; a buffer, filled before each use
   explicit Values(const PropertyView &view) {
     zrcfg::ValueLines lines(view.section);
     for (uint32_t i = 0; i < view.count; ++i) {

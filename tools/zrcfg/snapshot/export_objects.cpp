@@ -12,6 +12,13 @@
 namespace zrcfg_tool {
 namespace {
 
+int compare_lines(const void *a, const void *b) {
+  const ConfigLine &left = **static_cast<const ConfigLine *const *>(a);
+  const ConfigLine &right = **static_cast<const ConfigLine *const *>(b);
+  const int order = compare_urls(left.path.url, right.path.url);
+  return order != 0 ? order : left.number < right.number ? -1 : 1;
+}
+
 // The lines of a text by object, those of one object as they stand in the text.
 class SortedLines {
  public:
@@ -21,6 +28,7 @@ class SortedLines {
   SortedLines &operator=(const SortedLines &) = delete;
 
   bool sort(const ConfigText &text) {
+    // NOLINTNEXTLINE(bugprone-sizeof-expression): an array of pointers.
     lines_ = static_cast<const ConfigLine **>(calloc(text.size() + 1, sizeof *lines_));
     if (lines_ == nullptr) {
       complain("out of memory");
@@ -29,12 +37,8 @@ class SortedLines {
     for (size_t i = 0; i < text.size(); ++i) {
       lines_[i] = &text.at(i);
     }
-    qsort(lines_, text.size(), sizeof *lines_, [](const void *a, const void *b) {
-      const ConfigLine &left = **static_cast<const ConfigLine *const *>(a);
-      const ConfigLine &right = **static_cast<const ConfigLine *const *>(b);
-      const int order = compare_urls(left.path.url, right.path.url);
-      return order != 0 ? order : left.number < right.number ? -1 : 1;
-    });
+    // NOLINTNEXTLINE(bugprone-sizeof-expression): an array of pointers.
+    qsort(lines_, text.size(), sizeof *lines_, compare_lines);
     return true;
   }
 

@@ -174,7 +174,7 @@ void remove_if_leftover(const char *path) {
       (strcmp(name + digits, kNewSuffix) != 0 && strcmp(name + digits, kOldSuffix) != 0)) {
     return;
   }
-  char full[sizeof zrcfg::kStoreRoot + 2 * ZRCFG_URL_SIZE];
+  char full[sizeof zrcfg::kStoreRoot + size_t{2} * ZRCFG_URL_SIZE];
   (void)snprintf(full, sizeof full, "%s%s", zrcfg::kStoreRoot, path);  // Fits: 255 bytes a name.
   (void)remove_tree(full);  // What stays is no object and does no harm.
 }

@@ -25,9 +25,6 @@ struct Component {
   }
 };
 
-// What a sort compares by; qsort hands nothing else through.
-const ObjectSet *sorted_set = nullptr;
-
 }  // namespace
 
 int compare_urls(const char *a, const char *b) {
@@ -80,12 +77,15 @@ bool ObjectSet::add(const char *url, const char *bytes, size_t size) {
 }
 
 void ObjectSet::sort() {
-  sorted_set = this;
-  qsort(entries_, count_, sizeof(Entry), [](const void *a, const void *b) {
-    const char *const pool = sorted_set->pool_.at;
-    return compare_urls(pool + static_cast<const Entry *>(a)->at,
-                        pool + static_cast<const Entry *>(b)->at);
-  });
+  if (count_ == 0) {
+    return;  // Without a block to sort.
+  }
+  const auto compare = [](const void *a, const void *b, void *pool) {
+    const char *const urls = static_cast<const char *>(pool);
+    return compare_urls(urls + static_cast<const Entry *>(a)->at,
+                        urls + static_cast<const Entry *>(b)->at);
+  };
+  qsort_r(entries_, count_, sizeof(Entry), compare, pool_.at);
 }
 
 void ObjectSet::clear() {

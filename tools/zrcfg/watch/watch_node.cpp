@@ -75,6 +75,7 @@ bool WatchTable::grow() {
   const size_t old_capacity = capacity_;
   WatchNode **const old_slots = slots_;
   const size_t grown = old_capacity == 0 ? kFirstCapacity : 2 * old_capacity;
+  // NOLINTNEXTLINE(bugprone-sizeof-expression): an array of pointers.
   WatchNode **const slots = static_cast<WatchNode **>(calloc(grown, sizeof *slots));
   if (slots == nullptr) {
     return false;
