@@ -15,6 +15,7 @@ inline constexpr int kNoRecord = -1;
 // lists do not compare every name with every record.
 class RecordIndex {
  public:
+  // cppcheck-suppress uninitMemberVar ; the chains are built when they are first needed
   explicit RecordIndex(RecordRange range) : range_(range) {}
 
   // The position of the first record with that name (its field of 64 bytes, or less and

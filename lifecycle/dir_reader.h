@@ -24,6 +24,7 @@ struct DirEntry {
 // Yields the entries of the directory behind `fd`, which stays the caller's; not "." and "..".
 class DirReader {
  public:
+  // cppcheck-suppress uninitMemberVar ; a buffer, filled before each use
   explicit DirReader(int fd) : fd_(fd) {}
 
   // Null at the end of the directory, and when it cannot be read.

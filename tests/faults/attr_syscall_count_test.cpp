@@ -17,7 +17,7 @@ namespace {
 constexpr unsigned kQueryBudget = 7;
 constexpr unsigned kQueryBudgetOnTheLockFile = 5;
 constexpr unsigned kUpdateBudget = 8;
-constexpr unsigned kUpdateBudgetOnTheLockFile = 8;
+constexpr unsigned kUpdateBudgetOnTheLockFile = 6;
 // It opens for reading, and for writing only when it knows that there is a parameter.
 constexpr unsigned kSetAllBudget = 11;
 constexpr unsigned kSetAllBudgetOnTheLockFile = 9;
