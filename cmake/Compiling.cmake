@@ -28,6 +28,7 @@ add_library(zrcfg_coverage INTERFACE)
 if(ZRCFG_COVERAGE)
   target_compile_options(zrcfg_coverage INTERFACE -O0 --coverage -fprofile-abs-path)
   target_link_options(zrcfg_coverage INTERFACE --coverage)
+  target_sources(zrcfg_coverage INTERFACE ${PROJECT_SOURCE_DIR}/tests/coverage/exit.cpp)
 endif()
 
 # The library lives without the C++ runtime; symbols are hidden unless marked, and its calls to its
@@ -37,11 +38,10 @@ target_compile_options(
   zrcfg_library_flags
   INTERFACE $<$<COMPILE_LANGUAGE:CXX>:-fno-exceptions -fno-rtti -fno-threadsafe-statics>
             -fvisibility=hidden -ffunction-sections -fdata-sections)
-# At -Os these two of GCC's ways to inline make the code larger.
+# At -Os partial inlining makes the code larger.
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
   target_compile_options(zrcfg_library_flags
-                         INTERFACE $<$<CONFIG:MinSizeRel>:-fno-inline-small-functions
-                                   -fno-partial-inlining>)
+                         INTERFACE $<$<CONFIG:MinSizeRel>:-fno-partial-inlining>)
 endif()
 target_link_options(zrcfg_library_flags INTERFACE -Wl,-Bsymbolic-functions -Wl,--gc-sections
                     -Wl,--as-needed -Wl,-z,defs -Wl,-z,relro)

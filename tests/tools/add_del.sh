@@ -54,10 +54,15 @@ expect "no object" "$err/$status" "zrcfg: add: Nowhere.: no such object (code 9)
 run del P.5.
 expect "no table to delete from" "$err/$status" \
   "zrcfg: del: P.5.: not a table of that kind, or without the instance to copy (code 9)/1"
-for wrong in P.T. T 5 .5 P.T.x P.T.-1 P.T.1x .; do
+for wrong in P.T. T 5 P.T.x P.T.-1 P.T.1x; do
   run del "$wrong"
   expect "'$wrong' is no instance" "$err/$status" \
     "zrcfg: del: $wrong: not an instance's URL (Table.Number.)/2"
+done
+for wrong in .5 .; do
+  run del $wrong
+  expect "'$wrong' has an empty component" "$err/$status" \
+    "zrcfg: del: $wrong: the object URL has an empty component/2"
 done
 
 run del P.T.0.
