@@ -38,7 +38,7 @@ Board &make_board(unsigned workers) {
 uint64_t total_calls(const Board &board) {
   uint64_t total = 0;
   for (unsigned worker = 0; worker < board.workers; ++worker) {
-    for (const std::atomic<uint64_t> &calls : board.states[worker].calls) {
+    for (const std::atomic<Count> &calls : board.states[worker].calls) {
       total += calls;
     }
   }
@@ -64,7 +64,7 @@ Timed::~Timed() {
   const uint64_t taken = now_microseconds() - start_;
   ++state_.calls[kind_];
   if (taken > state_.longest[kind_]) {
-    state_.longest[kind_] = taken;
+    state_.longest[kind_] = static_cast<Count>(taken);
   }
 }
 

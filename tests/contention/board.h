@@ -10,6 +10,9 @@
 namespace contention {
 
 inline constexpr unsigned kMostWorkers = 16;
+// A word of the target, since processes share it: larger atomics take locks of one process there.
+using Count = uintptr_t;
+
 inline constexpr unsigned kInstances = 4;  // Of the table whose values are written.
 inline constexpr unsigned kMostOwned = 6;  // Instances that one worker has at a time.
 
@@ -19,13 +22,13 @@ const char *kind_name(unsigned kind);
 
 // The state of one worker; it outlives a worker that is killed.
 struct WorkerState {
-  std::atomic<uint64_t> calls[kKinds];
-  std::atomic<uint64_t> longest[kKinds];  // Microseconds of one call, its wait for the lock in it.
-  std::atomic<uint64_t> busy;             // Calls that gave up within their time-out, as asked.
-  std::atomic<uint64_t> partial;          // Listings of the tree without a table that was locked.
+  std::atomic<Count> calls[kKinds];
+  std::atomic<Count> longest[kKinds];  // Microseconds of one call, its wait for the lock in it.
+  std::atomic<Count> busy;             // Calls that gave up within their time-out, as asked.
+  std::atomic<Count> partial;          // Listings of the tree without a table that was locked.
   // Sequence numbers of the values of this worker, before and after each write.
-  std::atomic<uint64_t> intended[kInstances];
-  std::atomic<uint64_t> written[kInstances];
+  std::atomic<Count> intended[kInstances];
+  std::atomic<Count> written[kInstances];
   std::atomic<uint32_t> owned[kMostOwned];  // Instance numbers, 0 for none.
 };
 

@@ -137,7 +137,7 @@ void report(const Board &board, const char *way, double seconds) {
   // How evenly the workers of one kind were served.
   for (unsigned worker = 0; worker < board.workers; ++worker) {
     uint64_t calls = 0;
-    for (const std::atomic<uint64_t> &of_kind : board.states[worker].calls) {
+    for (const std::atomic<Count> &of_kind : board.states[worker].calls) {
       calls += of_kind;
     }
     printf("  worker %u, %s: %llu calls\n", worker,

@@ -63,7 +63,7 @@ struct Request {
 // The next value of this worker in an instance; `intended` is set before the write, `written`
 // after.
 std::string begin_write(Worker &worker, unsigned instance) {
-  const uint64_t sequence = worker.state.written[instance] + 1;
+  const Count sequence = worker.state.written[instance] + 1;
   worker.state.intended[instance] = sequence;
   return value_text(worker.number, instance, sequence);
 }
@@ -71,7 +71,7 @@ std::string begin_write(Worker &worker, unsigned instance) {
 // What was stored before is this worker's own last value, or after its death the one before.
 void end_write(Worker &worker, unsigned instance, const char *old_value) {
   look_at(worker, worker.number, instance, old_value);
-  const uint64_t sequence = worker.state.intended[instance];
+  const Count sequence = worker.state.intended[instance];
   worker.state.written[instance] = sequence;
   worker.seen[worker.number][instance] = static_cast<int64_t>(sequence);
 }
