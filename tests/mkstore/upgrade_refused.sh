@@ -2,21 +2,9 @@
 # would refuse are refused.
 #
 # usage: upgrade_refused.sh ZRCFG MKSTORE MODEL CHANGES BUILD-OPTION...
-. "$(dirname "$0")/../tools/common.sh"
-mkstore=$2 model=$3 changes=$4
+. "$(dirname "$0")/upgrade_common.sh"
 here=$(cd "$(dirname "$0")" && pwd)
-shift 4
-root=InternetGatewayDevice
-
-install_store() {
-  rm -rf "/var/$root" /var/regex_file
-  cp -a "$1"/* /var/
-}
-
-"$mkstore" --model "$model" "$@" /var/fresh >/var/built 2>&1 || cat /var/built
-install_store /var/fresh
-made=$(python3 "$here/../tools/random_changes.py" "$zrcfg" "$root" "$changes" 3) || failures=1
-echo "changes: $made"
+make_changed_store 3 "$@"
 mkdir /var/old
 cp -a /var/$root /var/regex_file /var/old
 "$mkstore" --model "$model" --upgrade /var/old /var/new >/var/report 2>/var/warnings

@@ -3,21 +3,8 @@
 # templates, about which only lists can say more than the model.
 #
 # usage: upgrade_same_model.sh ZRCFG MKSTORE MODEL CHANGES BUILD-OPTION...
-. "$(dirname "$0")/../tools/common.sh"
-mkstore=$2 model=$3 changes=$4
-tools=$(cd "$(dirname "$0")/../tools" && pwd)
-shift 4
-root=InternetGatewayDevice
-
-install_store() {
-  rm -rf "/var/$root" /var/regex_file
-  cp -a "$1"/* /var/
-}
-
-"$mkstore" --model "$model" "$@" /var/fresh >/var/built 2>&1 || cat /var/built
-install_store /var/fresh
-made=$(python3 "$tools/random_changes.py" "$zrcfg" "$root" "$changes" 7 checked) || failures=1
-echo "changes: $made"
+. "$(dirname "$0")/upgrade_common.sh"
+make_changed_store "7 checked" "$@"
 expect "changes of every kind" "$(grep -cE 'set [1-9][0-9]* add [1-9][0-9]* del [1-9]' <<<"$made")" "1"
 
 # Attributes of every third parameter whose notification is not forced.

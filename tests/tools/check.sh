@@ -198,6 +198,12 @@ run check R.Single
 expect "in words" "$out" "R.Single.: lines-missing: 1 value for 3 parameters"
 
 # Other directories of the root are not the store's.
+mkdir -p /var/log/deep
+rm -r /var/R
+run check
+expect "a store that is gone" "$out/$err/$status" "/zrcfg: check: /var/: no object in it/1"
+run check --json
+expect "as JSON" "$out/$status" "[]/1"
 reset_store
 mkdir -p /var/log/deep /var/lib/x/y && touch /var/lib/x/y/property.conf
 finds "what else lies in the root" "" 0

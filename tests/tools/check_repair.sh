@@ -203,6 +203,15 @@ flock -s /var/R/property.conf -c "'$zrcfg' check --repair --timeout 0 R.Table" >
 expect "a counter that is locked" "$?/$(cat /var/out)" "1/R.TableNumberOfEntries: counter-wrong: is '7', but \
 R.Table. has 2 instances (not repaired: lock not obtained in time)"
 
+if [ "$(id -u)" -ne 0 ]; then
+  reset_store
+  truncate -s 436 /var/R/Table/1/property.conf
+  chmod 000 /var/R/Table/0/property.conf
+  run check --repair R.Table.1
+  expect "nothing is repaired without its lock" "$(findings)/$err/$status/$(stat -c %s /var/R/Table/1/property.conf)" \
+    "R.Table.1.: lines-missing/zrcfg: check: R.Table.1.: its lock, /var/R/Table/0/property.conf, cannot be taken/1/436"
+fi
+
 # A file that cannot grow stays as it is.
 reset_store
 truncate -s 564 $single

@@ -68,7 +68,18 @@ expect "no such object" "$err/$status/$(ls /var/none 2>&1 | wc -l)" \
 # The file is replaced as a whole or not at all.
 mkdir /var/dir
 run snapshot /var/dir
-expect "not a file" "$status/$(ls /var/dir* -d)" "1//var/dir"
+expect "not a file" "$err/$status/$(ls /var/dir* -d)" "zrcfg: snapshot: /var/dir: cannot be written: Is a directory/1//var/dir"
+mkfifo /var/pipe
+cat /var/pipe >/var/piped & reader=$!
+run snapshot /var/pipe
+wait $reader
+expect "a pipe is written to" "$err/$status/$([ -p /var/pipe ] && cmp /var/all /var/piped && echo same)" "/0/same"
+run snapshot /dev/full
+expect "a device that takes nothing" "$err/$status/$(stat -c %F /dev/full)" \
+  "zrcfg: snapshot: /dev/full: cannot be written: No space left on device/1/character special file"
+echo old >/var/target && ln -s target /var/link
+run snapshot /var/link
+expect "a link stays" "$status/$(readlink /var/link)/$(cmp /var/all /var/target)" "0/target/"
 run snapshot /var/nowhere/file
 expect "no directory" "$err/$status" "zrcfg: snapshot: /var/nowhere/file: cannot be written: No such file or directory/1"
 cp /var/all /var/kept
@@ -76,6 +87,10 @@ echo surplus >>/var/Q/property.conf
 run snapshot /var/kept
 expect "a damaged object" "$err/$status" "zrcfg: snapshot: Q.: damaged: bytes behind the last value/1"
 truncate -s -8 /var/Q/property.conf
+mv /var/P/Last/property.conf /var/lost
+run snapshot /var/kept
+expect "a lost file" "$err/$status" "zrcfg: snapshot: P.Last.: damaged: no property file/1"
+mv /var/lost /var/P/Last/property.conf
 run lock P -- "$zrcfg" snapshot --timeout 50 /var/kept
 expect "a locked one" "$err/$status" "zrcfg: snapshot: P.: lock not obtained in time (code 9)/1"
 expect "the old one is kept" "$(cmp /var/all /var/kept; ls /var/kept*)" "/var/kept"

@@ -151,4 +151,8 @@ timeout -s INT 1 "$zrcfg" lock P.Last -- "$zrcfg" watch --timeout -2 P.Last >/va
 expect "without locks" "$(cat /var/out /var/err)" "watching 1 objects"
 (cd / && "$zrcfg" watch P >/dev/full 2>/var/err)
 expect "no output" "$?/$(cat /var/err)" "1/zrcfg: cannot write to standard output"
+"$zrcfg" watch P >&- 2>/var/err
+expect "standard output is closed" "$?/$(cat /var/err)" "1/zrcfg: cannot write to standard output"
+(timeout 20 "$zrcfg" watch P 2>/var/err; echo $? >/var/code) | head -1 >/var/out
+expect "ends when nobody reads any more" "$(cat /var/out /var/code /var/err)" "$(printf 'watching 14 objects\n1')"
 finish

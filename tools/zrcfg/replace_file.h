@@ -7,7 +7,8 @@
 namespace zrcfg_tool {
 
 // Has `write` write a file of another name, brings it to the medium and renames it to `name`.
-// Reports and returns false when that fails; an older file is then as it was.
+// Reports and returns false when that fails; an older file is then as it was. A link stays and what
+// it leads to is replaced; a device or a pipe is written to.
 bool replace_file(const char *name, bool (*write)(FILE *stream, const void *context),
                   const void *context);
 

@@ -4,6 +4,8 @@
 #include <stdarg.h>
 #include <stdio.h>
 
+#include "lock/object_lock.h"
+#include "tools/store/object_place.h"
 #include "zrcfg.h"
 
 namespace zrcfg_tool {
@@ -39,6 +41,13 @@ constexpr Meaning kMeanings[] = {
 // Where no file lies there is no lock either, so both codes may just mean a missing object.
 bool is_missing(const char *url, uint32_t result) {
   return (result == ZRCFG_E_LOCK || result == ZRCFG_E_NO_FILE) && zrcfg_isobjectexist(url) == 0;
+}
+
+// Whether the object is there, but no file that its lock could be taken on.
+bool lacks_lock_file(const char *url, uint32_t result) {
+  zrcfg_store::ObjectPlace place;
+  char file[zrcfg::kFilePathSize];
+  return result == ZRCFG_E_LOCK && place.set_url(url) && getLockFile(place.path, file) != 0;
 }
 
 void report(const char *url, const char *name, uint32_t result, const char *meaning) {
@@ -98,7 +107,9 @@ const char *meaning_of(uint32_t result) {
 }
 
 void report_refusal(const char *url, const char *name, uint32_t result) {
-  const char *const meaning = is_missing(url, result) ? "no such object" : meaning_of(result);
+  const char *const meaning = is_missing(url, result)        ? "no such object"
+                              : lacks_lock_file(url, result) ? meaning_of(ZRCFG_E_NO_FILE)
+                                                             : meaning_of(result);
   report(url, name, result, meaning);
 }
 

@@ -22,6 +22,7 @@ struct Check {
   Filters filters;
   LockTaker locks;
   TextSet half_copied;  // URLs of instances that are reported as a whole.
+  bool found_object = false;
 };
 
 // An object with the template that it is, or should be, a copy of. A step that reads both holds the

@@ -23,6 +23,7 @@ constexpr int kExitRepaired = 3;
 
 Walk visit(const ObjectPlace &place, void *context) {
   Check &check = *static_cast<Check *>(context);
+  check.found_object = true;
   if (check.half_copied.has(place.url)) {
     return Walk::kSkipBelow;
   }
@@ -38,6 +39,9 @@ int check_store(const Options &options, Form form, const ObjectPlace &start, int
   Check check(root_fd, options.has(kRepair), options.timeout, form);
   // What cannot be walked into is found by the check of the directory that has it.
   (void)zrcfg_store::walk_objects(root_fd, start, {visit, nullptr, &check});
+  if (!check.found_object) {
+    complain("%s: no object in it", zrcfg::kStoreRoot);
+  }
   if (check.findings.remaining() > 0 || complaint_count() > complaints) {
     return kExitRefused;
   }

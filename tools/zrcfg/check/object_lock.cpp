@@ -5,6 +5,7 @@
 #include <string.h>
 #include <sys/stat.h>
 
+#include "core/store_file.h"
 #include "lock/object_lock.h"
 #include "tools/zrcfg/report.h"
 #include "zrcfg.h"
@@ -35,11 +36,15 @@ bool LockTaker::take(const zrcfg_store::ObjectPlace &place, uint32_t type, int &
     busy_file_[0] = '\0';
     return true;
   }
-  if (result != ZRCFG_E_LOCK) {
+  if (result != ZRCFG_E_LOCK && type == ZRCFG_LOCK_SHARED) {
     return true;  // Its opening fails, and so will the reading of the object.
   }
-  memcpy(busy_file_, file, strlen(file) + 1);
   ++failures_;
+  if (result != ZRCFG_E_LOCK) {
+    complain("%s: its lock, %s%s, cannot be taken", place.url, zrcfg::kStoreRoot, file);
+    return false;
+  }
+  memcpy(busy_file_, file, strlen(file) + 1);
   report_refusal(place.url, "", ZRCFG_E_LOCK);
   return false;
 }

@@ -25,7 +25,7 @@ int run_snapshot(const Options &options, const Arguments &arguments) {
   }
   StoreRoot root;
   StoreCopy copy;
-  if (!root.open(nullptr) || !copy.read(root, scope.text, options.timeout, Accepted::kWellFormed)) {
+  if (!root.open(nullptr) || !copy.read(root, scope.text, options.timeout, Accepted::kComplete)) {
     return kExitRefused;
   }
   const ObjectSet &objects = copy.objects();

@@ -93,10 +93,14 @@ ReadResult read_file(const StoreRoot &root, const ObjectPlace &place, bool locke
   return read ? ReadResult::kRead : ReadResult::kFailed;
 }
 
-bool is_missing(const StoreRoot &root, const ObjectPlace &place) {
+// Why the lock of an object was not to be had; errno says why its file cannot be read.
+ReadResult without_lock(const StoreRoot &root, const ObjectPlace &place) {
   char path[zrcfg::kFilePathSize];
   zrcfg_store::property_path(place, path);
-  return faccessat(root.fd, path, F_OK, 0) != 0 && (errno == ENOENT || errno == ENOTDIR);
+  if (faccessat(root.fd, path, R_OK, AT_EACCESS) == 0) {
+    return ReadResult::kLocked;
+  }
+  return errno == ENOENT || errno == ENOTDIR ? ReadResult::kMissing : ReadResult::kFailed;
 }
 
 }  // namespace
@@ -126,7 +130,7 @@ ReadResult read_object_file(const StoreRoot &root, const ObjectPlace &place, int
   const bool locks = root.live && timeout != ZRCFG_NO_LOCK;
   int lock_fd = -1;
   if (locks && zrcfg_lockurl(place.url, &lock_fd, timeout, ZRCFG_LOCK_SHARED) != ZRCFG_OK) {
-    return is_missing(root, place) ? ReadResult::kMissing : ReadResult::kLocked;
+    return without_lock(root, place);
   }
   const ReadResult result = read_file(root, place, locks, bytes);
   const int error = errno;

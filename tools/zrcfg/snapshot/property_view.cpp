@@ -26,7 +26,8 @@ bool view_structure(const char *bytes, size_t size, PropertyView &view) {
   BigEndian32 word;
   memcpy(word.bytes, bytes, sizeof word.bytes);
   const uint32_t length = word.get();
-  if (length < kHeaderSize || length > zrcfg::kMaxStructSize || size - kLengthWordSize < length) {
+  if (length < kHeaderSize || length > zrcfg::kMaxStructSize || size - kLengthWordSize < length ||
+      (length - kHeaderSize) % zrcfg::kRecordSize != 0) {
     return false;
   }
   const char *const header = bytes + kLengthWordSize;

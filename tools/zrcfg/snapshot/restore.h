@@ -32,12 +32,12 @@ class Restore {
     size_t failed = 0;
   };
 
+  bool has_lost_file(const RestoreStep &step) const;
   bool check_object(const RestoreStep &step) const;
   bool check_instance(const RestoreStep &step);
   bool check_copied_object(size_t wanted);
   bool write_object(const RestoreStep &step);
-  bool create_instance(const RestoreStep &step);
-  bool remove_instance(const RestoreStep &step);
+  bool write_lost_file(const RestoreStep &step);
   void remove_leftovers() const;
   bool set_outer_counter() const;
   RestoreSteps steps() const { return {wanted_, now_.objects(), scope_.text}; }

@@ -1,4 +1,8 @@
 // Whether a snapshot can be restored, and what that would change.
+#include <errno.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+
 #include "tools/zrcfg/input_file.h"
 #include "tools/zrcfg/report.h"
 #include "tools/zrcfg/snapshot/difference.h"
@@ -13,12 +17,24 @@ bool other_model(const char *url) {
   return false;
 }
 
-// Whether a file of the store is of the model of an object of the snapshot.
+bool foreign(const RestoreStep &step) {
+  if (step.now.empty()) {
+    complain(
+        "%s: is in the snapshot only: the store is of another model, or has lost the directory",
+        step.url.text);
+  } else {
+    complain("%s: is in the store only: they are of different models", step.url.text);
+  }
+  return false;
+}
+
+// Whether a file of the store is of the model of an object of the snapshot. One whose header or
+// records are damaged does not tell, and takes over all of the snapshot's.
 bool file_fits(const ObjectSet &wanted, size_t i, const char *bytes, size_t size) {
   PropertyView snapshot;
   PropertyView store;
-  return view_structure(wanted.bytes(i), wanted.size(i), snapshot) &&
-         view_structure(bytes, size, store) && same_model(snapshot, store);
+  return !view_structure(bytes, size, store) ||
+         (view_structure(wanted.bytes(i), wanted.size(i), snapshot) && same_model(snapshot, store));
 }
 
 bool print_change(const Difference &difference, void *) {
@@ -34,16 +50,15 @@ bool Restore::load(const char *name) {
 }
 
 bool Restore::check() {
-  if (!root_.open(nullptr) || !now_.read(root_, scope_.text, options_.timeout, Accepted::kAny)) {
+  if (!root_.open(nullptr) ||
+      !now_.read(root_, scope_.text, options_.timeout, Accepted::kAny, &wanted_)) {
     return false;
   }
   bool all_ok = true;
   RestoreSteps all = steps();
   for (RestoreStep step; all.next(step);) {
     if (step.kind == StepKind::kForeign) {
-      complain("%s: is in the %s only: they are of different models", step.url.text,
-               step.now.empty() ? "snapshot" : "store");
-      all_ok = false;
+      all_ok = (has_lost_file(step) || foreign(step)) && all_ok;
     } else if (step.kind == StepKind::kWrite) {
       all_ok = check_object(step) && all_ok;
     } else if (step.kind == StepKind::kCreate) {
@@ -51,6 +66,17 @@ bool Restore::check() {
     }
   }
   return all_ok;
+}
+
+// Whether the object of the snapshot is a directory of the store that has no property file.
+bool Restore::has_lost_file(const RestoreStep &step) const {
+  zrcfg_store::ObjectPlace place;
+  (void)place.set_url(step.url.text);  // Checked with its snapshot.
+  char path[zrcfg::kFilePathSize];
+  property_path(place, path);
+  struct stat status;
+  return step.now.empty() && fstatat(root_.fd, place.path, &status, 0) == 0 &&
+         fstatat(root_.fd, path, &status, AT_SYMLINK_NOFOLLOW) != 0 && errno == ENOENT;
 }
 
 bool Restore::check_object(const RestoreStep &step) const {
@@ -84,6 +110,11 @@ bool Restore::check_copied_object(size_t wanted) {
   (void)place.set_url(real.text);  // It is a URL of the store.
   Bytes file;
   const ReadResult result = read_object_file(root_, place, options_.timeout, file);
+  const size_t lost = result == ReadResult::kMissing ? wanted_.find(real.text) : ObjectSet::kNone;
+  if (lost != ObjectSet::kNone) {
+    // It is restored before its copies.
+    return file_fits(wanted_, wanted, wanted_.bytes(lost), wanted_.size(lost)) || other_model(url);
+  }
   if (result != ReadResult::kRead) {
     report_unread(real.text, result);
     return false;

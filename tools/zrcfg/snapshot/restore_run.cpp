@@ -5,8 +5,10 @@
 #include <string.h>
 #include <unistd.h>
 
+#include "core/store_file.h"
 #include "core/value_section.h"
 #include "tools/store/directory_names.h"
+#include "tools/zrcfg/check/object_lock.h"
 #include "tools/zrcfg/report.h"
 #include "tools/zrcfg/snapshot/instance_files.h"
 #include "tools/zrcfg/snapshot/property_view.h"
@@ -18,6 +20,8 @@ namespace {
 using zrcfg_store::DirectoryNames;
 using zrcfg_store::Entry;
 using zrcfg_store::ObjectPlace;
+
+constexpr mode_t kFileMode = 0666;  // As the library makes files.
 
 // An object that is locked for writing, its file open.
 class LockedFile {
@@ -108,6 +112,8 @@ bool Restore::run() {
     } else if (step.kind == StepKind::kRemove) {
       done = take_away_instance(step.url, options_.timeout);
       counts_.removed += done ? 1 : 0;
+    } else {
+      done = write_lost_file(step);
     }
     counts_.failed += done ? 0 : 1;
   }
@@ -144,8 +150,8 @@ bool Restore::write_object(const RestoreStep &step) {
   }
   PropertyView before;
   PropertyView after;
-  if (!view_structure(old.at, old.size, before) || !view_structure(bytes, size, after) ||
-      !same_model(before, after)) {
+  if (view_structure(old.at, old.size, before) &&
+      !(view_structure(bytes, size, after) && same_model(before, after))) {
     complain("%s: is of another model by now", step.url.text);
     return false;
   }
@@ -157,6 +163,32 @@ bool Restore::write_object(const RestoreStep &step) {
   }
   ++counts_.written;
   return true;
+}
+
+// An object without a property file has no lock of its own; below an instance it has the
+// template's.
+bool Restore::write_lost_file(const RestoreStep &step) {
+  ObjectPlace place;
+  (void)place.set_url(step.url.text);  // Checked with its snapshot.
+  LockTaker locks(root_.fd, options_.timeout);
+  const ScopedLock lock(locks, place, ZRCFG_LOCK_EXCLUSIVE);
+  if (!lock.ok()) {
+    return false;
+  }
+  char path[zrcfg::kFilePathSize];
+  zrcfg_store::property_path(place, path);
+  const int fd = openat(root_.fd, path, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kFileMode);
+  bool written = fd != -1 && zrcfg::write_all_at(fd, wanted_.bytes(step.wanted.first),
+                                                 wanted_.size(step.wanted.first), 0);
+  written = (fd == -1 || close(fd) == 0) && written;
+  if (!written) {
+    complain("%s: cannot be written: %s", step.url.text, strerror(errno));
+  }
+  if (!written && fd != -1) {
+    (void)unlinkat(root_.fd, path, 0);  // It was lost before.
+  }
+  counts_.written += written ? 1 : 0;
+  return written;
 }
 
 // The counter of the outermost table lies above what a snapshot of a part holds, so it is set to

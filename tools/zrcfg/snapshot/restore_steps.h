@@ -10,7 +10,7 @@ enum class StepKind {
   kWrite,    // An object that both have.
   kCreate,   // An instance that the store lacks, with all below it.
   kRemove,   // An instance that the snapshot lacks, with all below it.
-  kForeign,  // An object of one of them that is no instance: they are of different models.
+  kForeign,  // An object of one of them that is no instance: the models differ, or it was lost.
 };
 
 // The objects `first` to `end` of a set.

@@ -1,7 +1,10 @@
 // A copy of a store's objects, each read under its own lock.
 #include "tools/zrcfg/snapshot/store_copy.h"
 
+#include <fcntl.h>
 #include <string.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include "tools/store/store_walk.h"
 #include "tools/zrcfg/progress.h"
@@ -17,12 +20,19 @@ using zrcfg_store::WalkProblem;
 namespace {
 
 constexpr int kPasses = 5;
+constexpr int kLooks = 10;
+constexpr useconds_t kBetweenLooks = 20'000;
+
+bool is_of_root(const ObjectPlace &place) {
+  return strchr(place.path, '/') == place.path + place.length - 1;
+}
 
 // One walk over the store.
 struct CopyPass {
   const StoreRoot &root;
   int timeout;
   Accepted accepted;
+  const ObjectSet *known;
   ObjectSet &objects;
   Bytes &dotted;
   Progress progress{"read", "objects"};
@@ -32,7 +42,24 @@ struct CopyPass {
 
   // Whether a directory of the root that is no object, such as a copy of a store, is passed over.
   bool skips(const ObjectPlace &place) const {
-    return !is_object && strchr(place.path, '/') == place.path + place.length - 1;
+    return !is_object && is_of_root(place) &&
+           (known == nullptr || known->find(place.url) == ObjectSet::kNone);
+  }
+
+  // Whether the directory, which has no property file, is there, and below an object. Whoever makes
+  // or removes an instance has files and directories apart for a moment only.
+  bool has_lost_file(const ObjectPlace &place) const {
+    char path[zrcfg::kFilePathSize];
+    property_path(place, path);
+    for (int i = 0; i < kLooks; ++i) {
+      struct stat status;
+      if (is_of_root(place) || fstatat(root.fd, place.path, &status, 0) != 0 ||
+          fstatat(root.fd, path, &status, AT_SYMLINK_NOFOLLOW) == 0) {
+        return false;
+      }
+      (void)usleep(kBetweenLooks);  // Ended early it is only a shorter pause.
+    }
+    return true;
   }
 
   bool take(const ObjectPlace &place) {
@@ -40,6 +67,10 @@ struct CopyPass {
     const ReadResult result = root.live ? read_object_file(root, place, timeout, file)
                                         : read_held_file(root, place, file);
     is_object = result != ReadResult::kMissing;
+    if (!is_object && accepted == Accepted::kComplete && has_lost_file(place)) {
+      complain("%s: damaged: no property file", place.url);
+      return false;
+    }
     if (!is_object) {
       return true;  // Gone since it was listed, or a directory that is no object.
     }
@@ -49,7 +80,7 @@ struct CopyPass {
     }
     PropertyView view;
     const char *const damage =
-        accepted == Accepted::kWellFormed ? view_property_file(file.at, file.size, view) : nullptr;
+        accepted != Accepted::kAny ? view_property_file(file.at, file.size, view) : nullptr;
     if (damage != nullptr) {
       complain("%s: damaged: %s", place.url, damage);
       return false;
@@ -82,10 +113,10 @@ struct CopyPass {
 }  // namespace
 
 bool StoreCopy::read_pass(const StoreRoot &root, const char *scope, int timeout, Accepted accepted,
-                          ObjectSet &objects) {
+                          const ObjectSet *known, ObjectSet &objects) {
   objects.clear();
   dotted_.size = 0;
-  CopyPass pass = {root, timeout, accepted, objects, dotted_};
+  CopyPass pass = {root, timeout, accepted, known, objects, dotted_};
   ObjectPlace start;
   (void)start.set_url(scope);  // An object URL fits.
   const zrcfg_store::WalkCalls calls = {CopyPass::on_object, CopyPass::on_problem, &pass};
@@ -93,16 +124,17 @@ bool StoreCopy::read_pass(const StoreRoot &root, const char *scope, int timeout,
   return !pass.failed;
 }
 
-bool StoreCopy::read(const StoreRoot &root, const char *scope, int timeout, Accepted accepted) {
+bool StoreCopy::read(const StoreRoot &root, const char *scope, int timeout, Accepted accepted,
+                     const ObjectSet *known) {
   last_ = 0;
-  if (!read_pass(root, scope, timeout, accepted, passes_[0])) {
+  if (!read_pass(root, scope, timeout, accepted, known, passes_[0])) {
     return false;
   }
   bool stayed = false;
   for (int i = 1; i < kPasses; ++i) {
     const ObjectSet &before = passes_[last_];
     last_ = 1 - last_;
-    if (!read_pass(root, scope, timeout, accepted, passes_[last_])) {
+    if (!read_pass(root, scope, timeout, accepted, known, passes_[last_])) {
       return false;
     }
     if (same_content(before, passes_[last_])) {

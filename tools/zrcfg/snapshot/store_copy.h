@@ -8,7 +8,11 @@
 namespace zrcfg_tool {
 
 // What is asked of the property files that are copied.
-enum class Accepted { kWellFormed, kAny };
+enum class Accepted {
+  kComplete,    // Well-formed ones, and no object without one.
+  kWellFormed,  // Well-formed ones.
+  kAny,
+};
 
 // How a copy fits together.
 enum class Moment {
@@ -20,8 +24,10 @@ class StoreCopy {
  public:
   // Reads the object `scope` ("" for all) and those below it, over and over until two passes find
   // the same, but no more than a few times. Reports and returns false when something cannot be read
-  // or the objects themselves keep changing.
-  bool read(const StoreRoot &root, const char *scope, int timeout, Accepted accepted);
+  // or the objects themselves keep changing. A directory of the root without a property file is
+  // looked into only when `known` has it.
+  bool read(const StoreRoot &root, const char *scope, int timeout, Accepted accepted,
+            const ObjectSet *known = nullptr);
 
   const ObjectSet &objects() const { return passes_[last_]; }
   Moment moment() const { return moment_; }
@@ -30,7 +36,7 @@ class StoreCopy {
 
  private:
   bool read_pass(const StoreRoot &root, const char *scope, int timeout, Accepted accepted,
-                 ObjectSet &objects);
+                 const ObjectSet *known, ObjectSet &objects);
 
   ObjectSet passes_[2];
   int last_ = 0;

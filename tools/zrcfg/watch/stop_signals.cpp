@@ -2,6 +2,7 @@
 #include "tools/zrcfg/watch/stop_signals.h"
 
 #include <time.h>
+#include <unistd.h>
 
 namespace zrcfg_tool {
 namespace {
@@ -41,15 +42,16 @@ bool StopSignals::wait_for(int fd, short events, int milliseconds) const {
   (void)sigaddset(&signals, SIGINT);
   (void)sigaddset(&signals, SIGTERM);
   (void)sigprocmask(SIG_BLOCK, &signals, &before);
+  pollfd waited[] = {{fd, events, 0}, {STDOUT_FILENO, 0, 0}};
   // A signal between this question and the wait ends the wait.
   if (!stopped()) {
     const timespec limit = {milliseconds / kMillisecondsASecond,
                             milliseconds % kMillisecondsASecond * kNanosecondsAMillisecond};
-    pollfd waited = {fd, events, 0};
-    (void)ppoll(&waited, 1, milliseconds >= 0 ? &limit : nullptr, &before);  // Callers look again.
+    // Callers look again.
+    (void)ppoll(waited, 2, milliseconds >= 0 ? &limit : nullptr, &before);
   }
   (void)sigprocmask(SIG_SETMASK, &before, nullptr);
-  return !stopped();
+  return !stopped() && (waited[1].revents & POLLERR) == 0;
 }
 
 }  // namespace zrcfg_tool

@@ -17,7 +17,8 @@ class StopSignals {
 
   // Whether one has arrived.
   bool stopped() const;
-  // Waits for `events` on a descriptor, -1 milliseconds without limit. False when asked to stop.
+  // Waits for `events` on a descriptor, -1 milliseconds without limit. False when asked to stop, or
+  // when nobody reads the standard output any more.
   bool wait_for(int fd, short events, int milliseconds) const;
 
  private:
