@@ -68,6 +68,10 @@ TEST_F(UciOptionTest, TransformationEndsAtTheTerminator) {
   EXPECT_EQ(text[3], '.');
 }
 
+TEST_F(UciOptionTest, NothingIsTransformedWithoutAText) {
+  EXPECT_EQ(uci_char_transform(nullptr), 0);
+}
+
 TEST_F(UciOptionTest, ReadsTheOptionValueOfTheSection) {
   write_file(
       "config filter filter1\n\toption value '^[0-9]+$'\n"
