@@ -120,7 +120,9 @@ expect "instances that are not named" "$out/$err/$status" "$(printf '%s\n' '1: +
   'exact: -R.T.1.: written' 'exact: -R.T.2.S.1.: written' \
   '3 lines: 2 written, 0 held back, 1 already there, 0 refused')//0"
 run apply --exact R.None $text
-expect "no such object" "$err/$status" "zrcfg: apply: R.None.: no such object (code 9)/1"
+expect "no such object" "$out/$err/$status" "$(printf '%s\n' \
+  '1 lines: 0 written, 0 held back, 1 already there, 0 refused/zrcfg: apply: R.None.: no such object (code 9)' \
+  "zrcfg: apply: $text: nothing was changed")/1"
 run add R.T 1
 
 # Modes select by key class.

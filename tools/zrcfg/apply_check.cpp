@@ -62,16 +62,26 @@ bool ApplyPlan::refuse(size_t line, uint32_t code, const char *reason) {
   return false;
 }
 
-bool ApplyPlan::allocate() {
+// Gives a state to every line that has none.
+bool ApplyPlan::grow_states() {
+  const size_t lines = text_.size();
+  void *const grown = realloc(states_, (lines + 1) * sizeof *states_);
+  if (grown == nullptr) {
+    complain("out of memory");
+    return false;
+  }
+  states_ = static_cast<LineState *>(grown);
+  memset(states_ + state_count_, 0, (lines - state_count_) * sizeof *states_);
+  state_count_ = lines;
+  return true;
+}
+
+// Collects the values once the text has all of its lines, since adding one moves the others.
+bool ApplyPlan::take_values() {
   const size_t lines = text_.size();
   int value_count = 0;
   for (size_t i = 0; i < lines; ++i) {
     value_count += text_.at(i).kind == LineKind::kValue ? 1 : 0;
-  }
-  states_ = static_cast<LineState *>(calloc(lines + 1, sizeof *states_));
-  if (states_ == nullptr) {
-    complain("out of memory");
-    return false;
   }
   if (!values_.allocate(value_count)) {
     return false;
@@ -91,14 +101,15 @@ bool ApplyPlan::allocate() {
 }
 
 bool ApplyPlan::check_deletion(size_t line) {
-  const ConfigLine &config = text_.at(line);
-  const InstanceName instance = instance_of(config);
+  const char *const url = text_.at(line).path.url;
   ObjectUrl real;
-  if (view_.resolve(config.path.url, real) != ViewResult::kThere) {
+  ObjectUrl real_table;
+  if (view_.resolve(url, real) != ViewResult::kThere) {
     return refuse(line, ZRCFG_E_NOT_FOUND, "no such instance");
   }
+  (void)view_.locate(instance_of(text_.at(line)).table.text, real_table);  // It leads there.
   ObjAttr table = {};
-  const uint32_t result = zrcfg_getobjattr(instance.table.text, &table, options_.timeout);
+  const uint32_t result = zrcfg_getobjattr(real_table.text, &table, options_.timeout);
   if (result != ZRCFG_OK) {
     return refuse(line, result, meaning_of(result));
   }
@@ -106,7 +117,15 @@ bool ApplyPlan::check_deletion(size_t line) {
     return settle(line, Outcome::kHeld);
   }
   states_[line].fixed = table.rw == 0;
-  return view_.delete_instance(config.path.url);
+  return states_[line].late ? view_.delete_copy(url) : view_.delete_instance(url);
+}
+
+bool ApplyPlan::check_deletions() {
+  bool all_ok = true;
+  for (size_t i = 0; i < text_.size(); ++i) {
+    all_ok = (text_.at(i).kind != LineKind::kDelete || check_deletion(i)) && all_ok;
+  }
+  return all_ok;
 }
 
 bool ApplyPlan::check_creation(size_t line) {
@@ -121,6 +140,14 @@ bool ApplyPlan::check_creation(size_t line) {
       break;
   }
   return check_new_instance(line, instance_of(config));
+}
+
+bool ApplyPlan::check_creations() {
+  bool all_ok = true;
+  for (size_t i = 0; i < text_.size(); ++i) {
+    all_ok = (text_.at(i).kind != LineKind::kCreate || check_creation(i)) && all_ok;
+  }
+  return all_ok;
 }
 
 bool ApplyPlan::check_new_instance(size_t line, const InstanceName &instance) {
@@ -139,7 +166,8 @@ bool ApplyPlan::check_new_instance(size_t line, const InstanceName &instance) {
     return view_.hold_instance(url);
   }
   states_[line].fixed = table.rw == 0;
-  const int source = source_instance(real.text);
+  const int source = view_.source_instance(real.text);
+  states_[line].source = source;
   if (source < 0 || (source > 0 && table.rw != 0)) {
     return refuse(line, ZRCFG_E_NOT_DYNAMIC, "no instance to copy");
   }
@@ -209,17 +237,15 @@ bool ApplyPlan::check_values() {
 }
 
 bool ApplyPlan::check() {
-  if (!allocate()) {
+  const bool exact = exact_.text[0] != '\0';
+  if (!grow_states()) {
     return false;
   }
-  bool all_ok = true;
-  for (size_t i = 0; i < text_.size(); ++i) {
-    all_ok = (text_.at(i).kind != LineKind::kDelete || check_deletion(i)) && all_ok;
-  }
-  for (size_t i = 0; i < text_.size(); ++i) {
-    all_ok = (text_.at(i).kind != LineKind::kCreate || check_creation(i)) && all_ok;
-  }
-  return check_values() && all_ok;
+  bool all_ok = check_deletions();
+  all_ok = (!exact || delete_left_out()) && all_ok;
+  all_ok = check_creations() && all_ok;
+  all_ok = (!exact || delete_brought_along()) && all_ok;
+  return take_values() && check_values() && all_ok;
 }
 
 }  // namespace zrcfg_tool

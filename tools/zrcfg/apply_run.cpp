@@ -40,8 +40,8 @@ void ApplyPlan::create_instance(size_t line) {
   uint32_t result;
   if (states_[line].fixed) {
     const InstanceName instance = instance_of(config);
-    result = zrcfg_addobject_static(instance.table.text, instance.index,
-                                    source_instance(instance.table.text), options_.timeout);
+    result = zrcfg_addobject_static(instance.table.text, instance.index, states_[line].source,
+                                    options_.timeout);
   } else {
     result = zrcfg_exportaddobject(config.path.url, options_.timeout, options_.mode, &written);
   }
@@ -100,17 +100,24 @@ void ApplyPlan::write_values(bool counters) {
   }
 }
 
-void ApplyPlan::run() {
+void ApplyPlan::delete_instances(bool late) {
   for (size_t i = 0; i < text_.size(); ++i) {
-    if (text_.at(i).kind == LineKind::kDelete && states_[i].outcome == Outcome::kPlanned) {
+    const LineState &state = states_[i];
+    if (text_.at(i).kind == LineKind::kDelete && state.late == late &&
+        state.outcome == Outcome::kPlanned) {
       delete_instance(i);
     }
   }
+}
+
+void ApplyPlan::run() {
+  delete_instances(false);
   for (size_t i = 0; i < text_.size(); ++i) {
     if (text_.at(i).kind == LineKind::kCreate && states_[i].outcome == Outcome::kPlanned) {
       create_instance(i);
     }
   }
+  delete_instances(true);
   write_values(false);
   write_values(true);
 }
