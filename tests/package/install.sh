@@ -10,11 +10,11 @@ if [ "$UCI_SOURCE" = system ]; then
     -DCMAKE_INSTALL_RPATH="$(dirname "$UCI_LIBRARY")")
 fi
 
-# configure PREFIX LIBDIR
+# configure PREFIX LIBDIR CMAKE_ARGUMENT...
 configure() {
   cmake -S "$SOURCE_DIR" -B "$RELEASE_BUILD" -G Ninja -DCMAKE_BUILD_TYPE=Release \
     -DCMAKE_INSTALL_PREFIX="$1" -DCMAKE_INSTALL_LIBDIR="$2" \
-    -DZRCFG_TESTS=OFF -DZRCFG_WERROR=ON "${uci_options[@]}"
+    -DZRCFG_TESTS=OFF -DZRCFG_WERROR=ON "${uci_options[@]}" "${@:3}"
 }
 
 configure "$STAGE" "${LIBDIR#"$STAGE"/}"
@@ -22,7 +22,7 @@ cmake --build "$RELEASE_BUILD"
 cmake --install "$RELEASE_BUILD" >"$WORK_DIR/install.log"
 
 multiarch=lib/$(gcc -print-multiarch)
-configure /usr "$multiarch"
+configure /usr "$multiarch" -DCMAKE_INSTALL_RPATH=
 DESTDIR=$ROOT cmake --install "$RELEASE_BUILD" >"$WORK_DIR/install.log"
 
 version=$(sed -n 's/^set(ZRCFG_VERSION \(.*\))$/\1/p' "$SOURCE_DIR/cmake/Version.cmake")
