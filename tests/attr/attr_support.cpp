@@ -177,6 +177,7 @@ ReadOnlyFile::ReadOnlyFile() : was_root_(geteuid() == 0) {
 
 ReadOnlyFile::~ReadOnlyFile() {
   EXPECT_TRUE(!was_root_ || seteuid(0) == 0);
+  EXPECT_EQ(chmod(property_path(kDir).c_str(), 0644), 0);
 }
 
 }  // namespace zrcfg_test
