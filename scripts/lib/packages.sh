@@ -1,7 +1,7 @@
 # Installing what a script needs, on Debian; sourced by the scripts beside this folder.
 
 build_packages="g++ gcc cmake ninja-build pkg-config libpugixml-dev libcli11-dev bubblewrap proot perl util-linux"
-test_packages="libgtest-dev libgmock-dev python3 valgrind xxd busybox zsh libreadline8 dpkg-dev mandoc groff-base"
+test_packages="file libgtest-dev libgmock-dev python3 valgrind xxd busybox zsh libreadline8 dpkg-dev mandoc groff-base"
 abi_packages="abigail-tools g++-mips-linux-gnu"
 mips_packages="g++-mips-linux-gnu qemu-user googletest"
 bench_packages="libsqlite3-dev libtdb-dev liblmdb-dev nlohmann-json3-dev python3"
