@@ -222,7 +222,7 @@ TEST_P(AttrFrameTest, WaitWithoutLimitEndsWithTheHolder) {
 
 TEST_P(AttrFrameTest, FileThatMayOnlyBeReadIsReadAndNotWritten) {
   {
-    const ReadOnlyFile read_only;
+    const UserWithMode reader(kFile, 0444);
     EXPECT_EQ(run(), GetParam().writes ? 8u : 0u);
   }
   EXPECT_EQ(log_count(kUnable), GetParam().writes ? 1u : 0u);

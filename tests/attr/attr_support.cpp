@@ -1,19 +1,14 @@
 // What the tests of attributes share: request lists, the log, the fixture.
 #include "tests/attr/attr_support.h"
 
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <cstddef>
 #include <cstring>
 #include <filesystem>
-#include <stdexcept>
 
 namespace zrcfg_test {
 namespace {
 
-constexpr uid_t kNobody = 65534;
 constexpr size_t kWordAt = sizeof(MultiAttrNode::name) + sizeof(void *);
 
 const std::vector<std::string> &promised_beginnings() {
@@ -166,18 +161,6 @@ void AttrTest::expect_untouched() {
   expect_bytes(read_property(kDir), before_, "");
   EXPECT_EQ(other_files(), others_);
   EXPECT_TRUE(is_aged(kFile)) << "the file was written";
-}
-
-ReadOnlyFile::ReadOnlyFile() : was_root_(geteuid() == 0) {
-  const bool changed = chmod("/var", 0755) == 0 && chmod(property_path(kDir).c_str(), 0444) == 0;
-  if (!changed || (was_root_ && seteuid(kNobody) != 0)) {
-    throw std::runtime_error("cannot take the right to write away");
-  }
-}
-
-ReadOnlyFile::~ReadOnlyFile() {
-  EXPECT_TRUE(!was_root_ || seteuid(0) == 0);
-  EXPECT_EQ(chmod(property_path(kDir).c_str(), 0644), 0);
 }
 
 }  // namespace zrcfg_test

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "tests/core/core_support.h"
+#include "tests/support/user_rights.h"
 
 namespace zrcfg_test {
 
@@ -140,19 +141,6 @@ class AttrTest : public StoreTest {
 
  private:
   std::map<std::string, std::string> others_;
-};
-
-// Makes this process an ordinary user and the object's file one that may only be read, for the
-// length of a test's block.
-class ReadOnlyFile {
- public:
-  ReadOnlyFile();
-  ~ReadOnlyFile();
-  ReadOnlyFile(const ReadOnlyFile &) = delete;
-  ReadOnlyFile &operator=(const ReadOnlyFile &) = delete;
-
- private:
-  bool was_root_;
 };
 
 }  // namespace zrcfg_test

@@ -201,7 +201,7 @@ TEST_F(ObjectAttrTest, LogTellsPreparationTestAndWrite) {
 TEST_F(ObjectAttrTest, FileThatMayOnlyBeReadIsReadAndNotSet) {
   store(filled_file({"A"}, Fill::kRandom));
   {
-    const ReadOnlyFile read_only;
+    const UserWithMode reader(kFile, 0444);
     expect_bytes(read(), model_object(before_, std::string(176, '\x5a')), "read only");
     EXPECT_EQ(set(2, "1"), 8u);
   }

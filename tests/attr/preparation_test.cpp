@@ -95,7 +95,7 @@ TEST_P(PreparationTest, FileThatCannotBeOpenedGives8) {
 TEST_P(PreparationTest, FileThatMayOnlyBeReadGives8) {
   const OpenedImage image;
   {
-    const ReadOnlyFile read_only;
+    const UserWithMode reader(kFile, 0444);
     EXPECT_EQ(GetParam().set(image.get()), 8u);
   }
   EXPECT_THAT(log(), ElementsAre(kExists, kUnable));

@@ -163,13 +163,13 @@ TEST_F(SetAllCallTest, WriterElsewhereKeepsItOut) {
 
 TEST_F(SetAllCallTest, FileThatMayOnlyBeReadGives8ButNotWithoutParameters) {
   {
-    const ReadOnlyFile read_only;
+    const UserWithMode reader(kFile, 0444);
     EXPECT_EQ(set(0), 8u);
   }
   EXPECT_TRUE(log_has_in_order({kUnable, "createObjByPath() fail ret=8!\n"}));
   expect_untouched();
   store(filled_file({}, Fill::kZeros));
-  const ReadOnlyFile read_only;
+  const UserWithMode reader(kFile, 0444);
   EXPECT_EQ(set(0), 16u);
   EXPECT_FALSE(log_contains(kUnable));
 }

@@ -1,18 +1,18 @@
 // Tests of callers that may not read or not write a property file; root is never refused, so these
 // cases step down to an ordinary user.
 #include <gtest/gtest.h>
-#include <sys/stat.h>
-#include <unistd.h>
+#include <sys/types.h>
 
+#include <optional>
 #include <string>
 
 #include "core/single_value.h"
 #include "tests/core/core_support.h"
+#include "tests/support/user_rights.h"
 
 namespace zrcfg_test {
 namespace {
 
-constexpr uid_t kNobody = 65534;
 constexpr char kCannotOpen[] = "unable to open Gateway/Device/property.conf file\n";
 
 class FileRightsTest : public StoreTest {
@@ -22,28 +22,19 @@ class FileRightsTest : public StoreTest {
     if (HasFatalFailure()) {
       return;
     }
-    was_root_ = geteuid() == 0;
     write_property(kDir, property_file({"A", "B"}, {"one", "two"}));
     before_ = read_property(kDir);
   }
 
   void TearDown() override {
-    if (was_root_) {
-      EXPECT_EQ(seteuid(0), 0);
-    }
+    user_.reset();
     StoreTest::TearDown();
   }
 
-  void allow(mode_t mode) {
-    ASSERT_EQ(chmod("/var", 0755), 0);
-    ASSERT_EQ(chmod(property_path(kDir).c_str(), mode), 0);
-    if (was_root_) {
-      ASSERT_EQ(seteuid(kNobody), 0);
-    }
-  }
+  void allow(mode_t mode) { user_.emplace(kFile, mode); }
 
   std::string before_;
-  bool was_root_ = false;
+  std::optional<UserWithMode> user_;
 };
 
 TEST_F(FileRightsTest, FileThatMayOnlyBeReadIsRead) {

@@ -1,7 +1,6 @@
 // Tests of entries that are no plain directories: what their reported type makes of them.
 #include <dirent.h>
 #include <gmock/gmock.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <map>
@@ -9,6 +8,7 @@
 
 #include "tests/enum/enum_support.h"
 #include "tests/support/scan_hook.h"
+#include "tests/support/user_rights.h"
 
 namespace zrcfg_test {
 namespace {
@@ -144,48 +144,25 @@ TEST_F(EntryKindTest, OddNamesAreNames) {
 TEST_F(EntryKindTest, DirectoriesThatMayNotBeReadGive1) {
   write_property("A/Closed/", object_file(1));
   write_property("A/Closed/Sub/", object_file());
-  ASSERT_EQ(chmod("/var", 0755), 0);
-  ASSERT_EQ(chmod("/var/A/Closed", 0311), 0);
   seal();
-  const bool was_root = geteuid() == 0;
-  if (was_root) {
-    ASSERT_EQ(seteuid(65534), 0);
-  }
-  const uint32_t names = list_names("A.Closed.").result;
-  const uint32_t children = list_children("A.Closed.").result;
-  const NodeList parents_children = list_children("A.");
+  const UserWithMode user("A/Closed", 0311);
+  EXPECT_EQ(list_names("A.Closed.").result, 1u);
+  EXPECT_EQ(list_children("A.Closed.").result, 1u);
+  EXPECT_THAT(names_of(list_children("A.").nodes), ElementsAre("A.Closed.", "A.Dir."));
   const NodeList flat = list_all("A.Closed.", 0);
-  const NodeList walk = list_all("A.", 1);
-  if (was_root) {
-    ASSERT_EQ(seteuid(0), 0);
-  }
-  EXPECT_EQ(names, 1u);
-  EXPECT_EQ(children, 1u);
-  EXPECT_THAT(names_of(parents_children.nodes), ElementsAre("A.Closed.", "A.Dir."));
   EXPECT_EQ(flat.result, 0xFFFFFFFFu);
   EXPECT_FALSE(flat.written);
-  EXPECT_THAT(names_of(walk.nodes), ElementsAre("A.", "A.Closed.", "A.Dir."))
+  EXPECT_THAT(names_of(list_all("A.", 1).nodes), ElementsAre("A.", "A.Closed.", "A.Dir."))
       << "the object is listed, its sub-objects cannot be";
 }
 
 TEST_F(EntryKindTest, DirectoryThatMayNotBeEnteredIsLeftOut) {
   write_property("A/Closed/", object_file(1));
-  ASSERT_EQ(chmod("/var", 0755), 0);
-  ASSERT_EQ(chmod("/var/A/Closed", 0), 0);
   seal();
-  const bool was_root = geteuid() == 0;
-  if (was_root) {
-    ASSERT_EQ(seteuid(65534), 0);
-  }
-  const NodeList children = list_children("A.");
-  const NodeList walk = list_all("A.", 1);
-  const uint32_t closed = list_all("A.Closed.", 1).result;
-  if (was_root) {
-    ASSERT_EQ(seteuid(0), 0);
-  }
-  EXPECT_THAT(children.nodes, ElementsAre(Node{"A.Dir.", 2}));
-  EXPECT_THAT(names_of(walk.nodes), ElementsAre("A.", "A.Dir."));
-  EXPECT_EQ(closed, 0xFFFFFFFFu);
+  const UserWithMode user("A/Closed", 0);
+  EXPECT_THAT(list_children("A.").nodes, ElementsAre(Node{"A.Dir.", 2}));
+  EXPECT_THAT(names_of(list_all("A.", 1).nodes), ElementsAre("A.", "A.Dir."));
+  EXPECT_EQ(list_all("A.Closed.", 1).result, 0xFFFFFFFFu);
 }
 
 }  // namespace

@@ -195,7 +195,7 @@ TEST_F(SubObjectInfoTest, ChildUrlOf255CharactersIsListed) {
 
 // No call could serve such a child, so that it may be missing.
 TEST_F(SubObjectInfoTest, LongerChildUrlsAreLeftOutOrCutNeverOverrun) {
-  for (const size_t length : {253u, 254u, 255u}) {
+  for (const size_t length : {size_t{253}, size_t{254}, longest_name()}) {
     write_property("A/" + std::string(length, 'n') + "/", object_file(1));
   }
   write_property("A/z/", object_file(2));

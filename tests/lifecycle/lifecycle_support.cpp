@@ -14,7 +14,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr uid_t kNobody = 65534;
 constexpr size_t kLongestName = 60;
 
 const Lines &promised_beginnings() {
@@ -146,33 +145,6 @@ Lines lifecycle_log() {
                              [](const std::string &text) { return !is_promised(text); }),
               lines.end());
   return lines;
-}
-
-OrdinaryUser::OrdinaryUser() : was_root_(geteuid() == 0) {
-  if (chmod("/var", 0755) != 0 || (was_root_ && seteuid(kNobody) != 0)) {
-    throw std::runtime_error("cannot become an ordinary user");
-  }
-}
-
-OrdinaryUser::~OrdinaryUser() {
-  if (was_root_ && seteuid(0) != 0) {
-    ADD_FAILURE() << "cannot become root again";
-  }
-}
-
-ModeChange::ModeChange(const std::string &relative, mode_t mode)
-    : path_(store_path(relative)), before_(0) {
-  struct stat status = {};
-  if (stat(path_.c_str(), &status) != 0 || chmod(path_.c_str(), mode) != 0) {
-    throw std::runtime_error("cannot change the mode of " + path_);
-  }
-  before_ = status.st_mode & 07777;
-}
-
-ModeChange::~ModeChange() {
-  if (chmod(path_.c_str(), before_) != 0) {
-    ADD_FAILURE() << "cannot restore the mode of " << path_;
-  }
 }
 
 DescriptorLimit::DescriptorLimit(unsigned more) : before_(0) {

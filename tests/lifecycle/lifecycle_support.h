@@ -15,6 +15,7 @@
 #include "support/log_capture.h"
 #include "support/property_builder.h"
 #include "support/store_fixture.h"
+#include "support/user_rights.h"
 #include "zrcfg.h"
 
 namespace zrcfg_test {
@@ -40,31 +41,6 @@ std::string printed(const std::function<void()> &call);
 // The texts that the calls on instances promise, in order; locks, file opening and value access
 // have tests of their own.
 Lines lifecycle_log();
-
-// Runs as a user who is not the superuser, as far as files are concerned.
-class OrdinaryUser {
- public:
-  OrdinaryUser();
-  ~OrdinaryUser();
-  OrdinaryUser(const OrdinaryUser &) = delete;
-  OrdinaryUser &operator=(const OrdinaryUser &) = delete;
-
- private:
-  bool was_root_;
-};
-
-// Changes an entry's mode for the length of a block.
-class ModeChange {
- public:
-  ModeChange(const std::string &relative, mode_t mode);
-  ~ModeChange();
-  ModeChange(const ModeChange &) = delete;
-  ModeChange &operator=(const ModeChange &) = delete;
-
- private:
-  std::string path_;
-  mode_t before_;
-};
 
 // Leaves room for `more` descriptors beside those that are open, for the length of a block.
 class DescriptorLimit {

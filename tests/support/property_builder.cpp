@@ -1,6 +1,9 @@
 // Builds the exact bytes of property files with offsets of its own, and puts them into the store.
 #include "support/property_builder.h"
 
+#include <limits.h>
+#include <sys/stat.h>
+
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
@@ -126,6 +129,15 @@ std::string store_path(const std::string &relative) {
 
 void make_store_dir(const std::string &dir) {
   std::filesystem::create_directories(store_path(dir));
+}
+
+size_t longest_name() {
+  const std::string dir = store_path(std::string(NAME_MAX, 'n'));
+  if (mkdir(dir.c_str(), 0755) != 0) {
+    return NAME_MAX - 1;
+  }
+  std::filesystem::remove(dir);
+  return NAME_MAX;
 }
 
 void write_store_file(const std::string &relative, const std::string &bytes) {

@@ -89,6 +89,8 @@ std::string param_bytes(const ParamFields &param);
 // Paths below are relative to the store root; a directory ends in "/" or is empty.
 std::string store_path(const std::string &relative);
 void make_store_dir(const std::string &dir);  // With its parents.
+// Characters of the longest name that the store takes: 255, but 254 where a tracer gives it.
+size_t longest_name();
 void write_store_file(const std::string &relative, const std::string &bytes);
 std::string read_store_file(const std::string &relative);  // Throws when there is none.
 bool store_entry_exists(const std::string &relative);

@@ -96,9 +96,25 @@ expect "the events lead to the state" "$(cat /var/replayed)" "equal"
 stop
 "$zrcfg" del P.T.5 >/dev/null
 
-# More events than the kernel keeps.
-start
-kill -STOP "$watcher"
+# More events than the kernel keeps, for a watch that is held up by its full output.
+mkfifo /var/full
+exec 7<>/var/full
+"$zrcfg" watch >/var/full 2>/var/watch_err &
+watcher=$!
+read -r line <&7
+python3 - <<'END'
+import os
+pipe = os.open("/var/full", os.O_WRONLY | os.O_NONBLOCK)
+for filling in b"-" * 63 + b"\n", b"\n":
+    try:
+        while True:
+            os.write(pipe, filling)
+    except BlockingIOError:
+        pass
+END
+: >/var/events
+"$zrcfg" set P.Last.Mark=stopped
+sleep 0.5
 "$zrcfg" set P.One=meanwhile && "$zrcfg" add P.T 6 >/dev/null
 python3 - <<'END'
 import os
@@ -108,7 +124,8 @@ for i in range(limit // 2 + 100):
     os.rmdir("/var/P/Passing")
 END
 "$zrcfg" set P.T.6.Name=behind Q.Some=dropped && "$zrcfg" attr set P.Two noti=3
-kill -CONT "$watcher"
+grep --line-buffered -vE '^-*$' </var/full 7<&- >>/var/events &
+exec 7<&-
 expect "dropped events" "$(events)" 'overflow
 changed P.TNumberOfEntries "2" "3"
 changed P.One "59" "meanwhile"

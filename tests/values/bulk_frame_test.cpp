@@ -1,7 +1,5 @@
 // Tests of what all calls on several values have in common: null, lengths, opening, locks, closing.
 #include <gmock/gmock.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 #include <atomic>
 #include <chrono>
@@ -9,6 +7,7 @@
 #include <thread>
 
 #include "tests/support/lock_holder.h"
+#include "tests/support/user_rights.h"
 #include "tests/values/bulk_calls.h"
 #include "tests/values/values_support.h"
 
@@ -182,18 +181,12 @@ TEST_P(BulkFrameTest, WaitWithoutLimitEndsWithTheHolder) {
 }
 
 TEST_P(BulkFrameTest, FileThatMayOnlyBeReadIsReadAndNotWritten) {
-  const bool was_root = geteuid() == 0;
-  ASSERT_EQ(chmod("/var", 0755), 0);
-  ASSERT_EQ(chmod(property_path(kDir).c_str(), 0444), 0);
-  if (was_root) {
-    ASSERT_EQ(seteuid(65534), 0);
+  {
+    const UserWithMode reader(kFile, 0444);
+    EXPECT_EQ(run(), GetParam().writes ? 7 : 0);
   }
-  EXPECT_EQ(run(), GetParam().writes ? 7 : 0);
   EXPECT_EQ(log_count("unable to open Gateway/Device/property.conf file\n"),
             GetParam().writes ? 1u : 0u);
-  if (was_root) {
-    EXPECT_EQ(seteuid(0), 0);
-  }
   expect_untouched();
 }
 
