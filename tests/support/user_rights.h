@@ -20,8 +20,8 @@ class OrdinaryUser {
   bool was_root_;
 };
 
-// Changes the mode of an entry of the store for the length of a block. Begins before and ends behind
-// the ordinary user, who could not do it.
+// Changes the mode of an entry of the store for the length of a block. Begins before and ends
+// behind the ordinary user, who could not do it.
 class ModeChange {
  public:
   ModeChange(const std::string &relative, mode_t mode);
