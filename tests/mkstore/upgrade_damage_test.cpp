@@ -238,6 +238,10 @@ TEST_F(DamagedStoreTest, StoreMustBeOne) {
   refused("model.xml", "cannot be read: Not a directory");
   fs::create_directories(path("empty/log"));
   refused("empty", "is not a store, for no directory in it has a property file");
+  fs::create_directories(path("other/Device"));
+  fs::copy_file(path("old/Root/property.conf"), path("other/Device/property.conf"));
+  refused("other", "is a store of another model, for none of its roots is in the new one");
+  EXPECT_FALSE(fs::exists(path("out")));
 }
 
 }  // namespace

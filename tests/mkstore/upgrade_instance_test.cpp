@@ -20,11 +20,12 @@ TEST_F(UpgradeTest, ObjectsAddedAndRemoved) {
 }
 
 TEST_F(UpgradeTest, RootsAddedAndRemoved) {
-  build_old(object("Old.", writable("A")));
+  build_old(object("Old.", writable("A")) + object("Root.", writable("A")));
   fs::create_directory(path("old/log"));
   write("old/log/messages", "x");
-  expect_upgrade(object("New.", writable("A")), {"dropped object Old.: not in the model"},
-                 "0 objects, 0 instances, 0 values; 1 dropped, 0 refused, 0 damaged, 0 added");
+  expect_upgrade(object("New.", writable("A")) + object("Root.", writable("A")),
+                 {"dropped object Old.: not in the model"},
+                 "1 objects, 0 instances, 1 values; 1 dropped, 0 refused, 0 damaged, 0 added");
   EXPECT_FALSE(fs::exists(path("out/Old")));
   EXPECT_FALSE(fs::exists(path("out/log")));
 }

@@ -223,6 +223,9 @@ KeptObjects find_kept_objects(const OldStore &store, const Model &model, const S
                               UpgradeReport &upgrade) {
   Scan scan{store, model, settings, upgrade, {}};
   (void)scan_children(scan, model.roots, {}, "");  // The root is no object.
+  if (scan.kept.objects.empty()) {
+    fail(store.path, "is a store of another model, for none of its roots is in the new one");
+  }
   return std::move(scan.kept);
 }
 

@@ -32,7 +32,8 @@ struct KeptObjects {
 };
 
 // Compares the old store's directories with the model. Reports those that have no place in it, and
-// the instances that the model demands in addition. Templates always are the new model's.
+// the instances that the model demands in addition. Templates always are the new model's. Throws
+// BuildError when they have nothing in common.
 KeptObjects find_kept_objects(const OldStore &store, const Model &model, const Settings &settings,
                               UpgradeReport &upgrade);
 
