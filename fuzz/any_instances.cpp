@@ -1,6 +1,8 @@
 // Creating, copying and deleting instances where one file of the tree holds any bytes.
 #include "fuzz/any_instances.h"
 
+#include <iterator>
+
 #include "fuzz/any_object.h"
 #include "fuzz/check.h"
 #include "fuzz/result_lists.h"
@@ -113,14 +115,19 @@ size_t make_wan_calls(const std::string &bytes) {
   set_under_way("the calls on WAN connections");
   uint32_t number = 0;
   WanConIndex index = {1, 1, 1};
-  const int results[] = {static_cast<int>(zrcfg_GetMaxWanNum(&number)),
-                         static_cast<int>(zrcfg_GetMaxConNum(&number)),
-                         zrcfg_getusrindexbywanconindex(&index, &number),
-                         zrcfg_getusrindexfromxmlurl(kConnection, &number),
-                         zrcfg_getwanconindexbyusrindex(7, &index),
-                         zrcfg_getwanconindexfromxmlurl(kConnection, &index)};
+  const uint32_t limits[] = {zrcfg_GetMaxWanNum(&number), zrcfg_GetMaxConNum(&number)};
+  const int numberings[] = {zrcfg_getusrindexbywanconindex(&index, &number),
+                            zrcfg_getusrindexfromxmlurl(kConnection, &number),
+                            zrcfg_getwanconindexbyusrindex(7, &index),
+                            zrcfg_getwanconindexfromxmlurl(kConnection, &index)};
+  for (const uint32_t result : limits) {
+    require(result <= ZRCFG_E_REMOVE, "a result that is not documented");
+  }
+  for (const int result : numberings) {
+    require(result == 0 || result == -1, "neither a number nor -1");
+  }
   require(devices.holds(bytes) && connections.holds(bytes), "the file is not as it was");
-  return sizeof results / sizeof results[0];
+  return std::size(limits) + std::size(numberings);
 }
 
 }  // namespace

@@ -9,6 +9,7 @@ int run_tool(std::vector<std::string> words) {
   zrcfg_tool::Options options;
   options.timeout = 0;
   std::vector<char *> arguments;
+  arguments.reserve(words.size() + 1);
   for (std::string &word : words) {
     arguments.push_back(word.data());
   }

@@ -41,7 +41,8 @@ void walk_section(uci_context *context, uci_section *section) {
     require(found != nullptr && strcmp(found->e.name, element->name) == 0,
             "an option is not found by its name");
     const char *const text = uci_lookup_option_string(context, section, element->name);
-    require((text == nullptr) == (found->type != UCI_TYPE_STRING), "a text of another kind");
+    require(found != nullptr && (text == nullptr) == (found->type != UCI_TYPE_STRING),
+            "a text of another kind");
   }
   require(uci_lookup_option(context, section, "no such option") == nullptr,
           "an option that is not there is found");
