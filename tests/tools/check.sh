@@ -100,6 +100,10 @@ damage "a template with another parameter" "R.Table.1.: structure-differs,R.Tabl
 fewer_records() { rm -r /var/R/Table/1/Sub/Inner/0; make_object R/Table/1/Sub/Inner/0; }
 damage "an instance with fewer parameters" "R.Table.1.Sub.Inner.0.: structure-differs" fewer_records
 damage "an instance without an object" "R.Table.1.Sub.: object-missing" rm -r /var/R/Table/1/Sub
+damage "a table of an instance without template" "R.Table.1.Sub.Inner.: template-missing" \
+  rm -r /var/R/Table/1/Sub/Inner/0
+fixed_inner() { for i in 0 1 2; do poke_header R/Table/$i/Sub/Inner 8 00; done; rm -r /var/R/Table/1/Sub/Inner/0; }
+damage "a fixed one without the template that its copies have" "R.Table.1.Sub.Inner.0.: object-missing" fixed_inner
 damage "without the file of an object" "R.Table.1.Sub.: file-missing" rm /var/R/Table/1/Sub/property.conf
 damage "an object that the template lacks" "R.Table.2.New.: object-unknown" make_object R/Table/2/New
 counter_of() { poke R/property.conf 564 "$1"; }

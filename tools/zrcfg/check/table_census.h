@@ -17,6 +17,11 @@ bool is_instance_directory(const zrcfg_store::Entry &entry);
 
 uint32_t count_instances(int root_fd, const zrcfg_store::ObjectPlace &table);
 
+// Whether the object is a dynamic table without a template. One that nothing marks as a table, and
+// that has no instance, is a plain object whose instances could be added.
+bool lacks_template(int root_fd, const zrcfg_store::ObjectPlace &place,
+                    const zrcfg::ObjectHeader &header);
+
 // Compares the table's counter with its instances. Of fewer than there are, those whose creation
 // was interrupted may be the reason: they are then reported, and removed, in place of the counter.
 void check_counter(Check &check, const zrcfg_store::ObjectPlace &table,

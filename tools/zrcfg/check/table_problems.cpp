@@ -43,21 +43,29 @@ uint32_t count_instances(int root_fd, const ObjectPlace &table) {
   return count;
 }
 
+bool lacks_template(int root_fd, const ObjectPlace &place, const zrcfg::ObjectHeader &header) {
+  ObjectPlace model = place;
+  if (zrcfg::header_field::kRw.get(header) == 0 ||
+      (model.enter("0") && directory_exists(root_fd, model.path))) {
+    return false;
+  }
+  const bool has_marks = header.pnoe[0] != '\0' || header.max_instance != 0;
+  return has_marks || count_instances(root_fd, place) > 0;
+}
+
 void check_table(Check &check, const ObjectPlace &place, const zrcfg::ObjectHeader &header) {
   if (place.is_instance()) {
     return;
   }
-  ObjectPlace model = place;
-  const bool has_template = model.enter("0") && directory_exists(check.root_fd, model.path);
-  const bool is_dynamic = zrcfg::header_field::kRw.get(header) != 0;
-  const bool has_marks = header.pnoe[0] != '\0' || header.max_instance != 0;
-  if (is_dynamic && !has_template && (has_marks || count_instances(check.root_fd, place) > 0)) {
+  if (lacks_template(check.root_fd, place, header)) {
     check.findings.add(Problem::kTemplateMissing, place.url,
                        "instances may be added, but there is no template instance 0");
   }
   check_counter(check, place, header);
+  ObjectPlace model = place;
   // A half-copied instance may be gone by now.
-  if (is_dynamic && has_template) {
+  if (zrcfg::header_field::kRw.get(header) != 0 && model.enter("0") &&
+      directory_exists(check.root_fd, model.path)) {
     find_high_instances(check, place, header.max_instance);
   }
   check.findings.print();

@@ -6,6 +6,7 @@
 
 #include "tools/store/directory_names.h"
 #include "tools/zrcfg/check/check.h"
+#include "tools/zrcfg/check/table_census.h"
 
 namespace zrcfg_tool {
 
@@ -46,16 +47,20 @@ void compare_records(Check &check, const Subject &subject) {
   }
 }
 
-// Calls `missing` for each sub-object that `here` has and `there` has not. Instances come and go
-// and do not count.
+// Whether a directory of this name belongs to the structure; instances come and go.
+bool is_structure(const char *name, bool with_template) {
+  return !zrcfg_store::is_instance_name(name) || (with_template && strcmp(name, "0") == 0);
+}
+
+// Calls `missing` for each sub-object that `here` has and `there` has not.
 template <typename Missing>
 void for_each_missing(int root_fd, const ObjectPlace &here, const ObjectPlace &there,
-                      Missing missing) {
+                      bool with_template, Missing missing) {
   DirectoryNames names(root_fd, here.path);
   for (const Entry *entry = names.next(); entry != nullptr; entry = names.next()) {
     ObjectPlace child = there;
     if (entry->kind == zrcfg_store::EntryKind::kDirectory &&
-        !zrcfg_store::is_instance_name(entry->name) && child.enter(entry->name) &&
+        is_structure(entry->name, with_template) && child.enter(entry->name) &&
         !directory_exists(root_fd, child.path)) {
       missing(entry->name);
     }
@@ -102,20 +107,25 @@ void find_template_problems(Check &check, const Subject &subject) {
     compare_records(check, subject);
   }
   const char *const template_url = subject.template_place.url;
-  for_each_missing(check.root_fd, subject.template_place, subject.place, [&](const char *name) {
+  const auto missing = [&](const char *name) {
     ObjectPlace child = subject.place;
     if (child.enter(name)) {
       check.findings.add(Problem::kObjectMissing, child.url, "the template %s%s. has no copy here",
                          template_url, name);
     }
-  });
-  for_each_missing(check.root_fd, subject.place, subject.template_place, [&](const char *name) {
+  };
+  const auto unknown = [&](const char *name) {
     ObjectPlace child = subject.place;
     if (child.enter(name)) {
       check.findings.add(Problem::kObjectUnknown, child.url, "the template %s has no such object",
                          template_url);
     }
-  });
+  };
+  // A dynamic table without its template is a finding of its own.
+  const bool told = has_records(subject.object) &&
+                    lacks_template(check.root_fd, subject.place, subject.object.header());
+  for_each_missing(check.root_fd, subject.template_place, subject.place, !told, missing);
+  for_each_missing(check.root_fd, subject.place, subject.template_place, false, unknown);
 }
 
 }  // namespace zrcfg_tool
