@@ -28,16 +28,16 @@ bool lock_object(OpenObject &object, const char *dir_path, uint32_t rw_type, int
 
 // Reads the property file of `dir_path`. A file that opens at once exists; otherwise the existence
 // test and the opening are made one by one for the sake of their results and texts.
-uint32_t open_and_load(OpenObject &object, const char *dir_path, Access access,
-                       const LockFile &lock) {
+uint32_t open_and_load(OpenObject &object, const char *dir_path, Access access, LockFile &lock) {
   char path[kFilePathSize];
   if (!join_path(path, sizeof path, dir_path, kPropertyFileName)) {
     ZRCFG_TRACE("getPropertyFile() fail!\n");
     return ZRCFG_E_NO_FILE;
   }
   // Where the lock file is the property file itself, the lock's descriptor serves.
-  const bool through_lock =
-      strcmp(path, lock.path) == 0 && (access == Access::kRead || lock.writable);
+  const bool through_lock = strcmp(path, lock.path) == 0 &&
+                            (access == Access::kRead || lock.writable) &&
+                            still_names(lock, object.lock_fd);
   if (through_lock) {
     object.file = {object.lock_fd, lock.writable, true};
   }
@@ -99,6 +99,10 @@ uint32_t open_object_to_lock_again(OpenObject &object, const char *dir_path, uin
 }
 
 void close_object_to_lock_again(OpenObject &object, LockFile &lock) {
+  if (lock.wait == Wait::kSome) {
+    (void)destroyObj(object.loaded.image, object.lock_fd);  // Always 0.
+    return;
+  }
   free_image(object.loaded.image);
   keep_lock_file(object.lock_fd, lock);
 }

@@ -88,8 +88,10 @@ void report_changed(const ValueWrite &write, bool changed) {
 uint32_t write_into(ObjectImage &image, PropertyFd &file, const ValueSection &old_section,
                     const ValueWrite &write) {
   report_changed(write, true);
-  // The old lines, one of them perhaps without its line feed, and the new value's.
-  const size_t needed = old_section.size + 1 + strlen(write.value) + 2;
+  // The old lines, one of them perhaps without its line feed, and the new value's: a damaged file
+  // may have the name in each of its records.
+  const size_t new_line = strlen(write.value) + 2;
+  const size_t needed = old_section.size + 1 + image.header.param_num * new_line;
   Assembly assembly = {SectionBuilder(image.header.param_num, needed), false, true};
   uint32_t result = assemble(image, old_section, write, assembly);
   if (result == ZRCFG_OK && assembly.changed) {

@@ -82,7 +82,7 @@ ZRCFG_STATIC_ASSERT(sizeof(off_t) == 8, "compile with -D_FILE_OFFSET_BITS=64");
 
 #define ZRCFG_LOCK_SHARED 0u    /* readers */
 #define ZRCFG_LOCK_EXCLUSIVE 1u /* writers */
-#define ZRCFG_LOCK_TEMPLATE 2u  /* exclusive, on the object's template instance "0" */
+#define ZRCFG_LOCK_TEMPLATE 2u  /* exclusive; what adding and deleting takes on the template, "X.0." */
 
 /* ---- Exchange records ---------------------------------------------------------------------- */
 
@@ -419,7 +419,9 @@ uint32_t zrcfg_exportmultiparamval(const char *url, ParamValueEntry *list, int t
  * call holds it fails with 9, so replacing needs ZRCFG_NO_LOCK.
  * Lock: that of the template, then the parent's. Results: 0; 1 no instance URL, or too long; 2
  * fixed table, or no template; 4 number above the limit; 8, 9, 10 as for creation; 17 the template
- * could not be copied; those of the counter's update, the instance is then removed again. */
+ * could not be copied; 18 the instance that was there could not be removed; those of the counter's
+ * update, the new instance is then removed again. An instance that exists above the limit is deleted
+ * all the same before 4 is returned. */
 uint32_t zrcfg_exportaddobject(const char *pUrl, int timeout, int mode, uint8_t *pWriteFlag);
 
 /* Deletes the instance that `pUrl` names. Results as for zrcfg_exportaddobject, 1 also for a missing
@@ -430,8 +432,8 @@ uint32_t zrcfg_exportdelobject(const char *pUrl, int timeout, int mode, uint8_t 
 /* ---- Locks --------------------------------------------------------------------------------- */
 
 /* Takes the lock of object `url`. `*fd` receives the descriptor that holds it (close-on-exec), or
- * -1; with ZRCFG_NO_LOCK an open descriptor without a lock. Release it with zrcfg_releaselock.
- * Results: 0; 1 URL too long; 10 null `url`; -1 any other failure. */
+ * -1 (not touched for a null `url`); with ZRCFG_NO_LOCK an open descriptor without a lock. Release
+ * it with zrcfg_releaselock. Results: 0; 1 URL too long; 10 null `url`; -1 any other failure. */
 uint32_t zrcfg_lockurl(const char *url, int *fd, int timeout, uint32_t rwType);
 
 /* Tests for a lock on the directory of object `url`: 0 free, 1 locked, not to be opened, or URL too

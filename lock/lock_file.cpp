@@ -4,6 +4,7 @@
 #include <errno.h>
 #include <stddef.h>
 #include <string.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include "core/export.h"
@@ -109,6 +110,15 @@ bool find_lock_file(const char *obj_path, char *file, LockSearch *search) {
 }
 
 }  // namespace
+
+bool still_names(LockFile &lock, int fd) {
+  if (lock.wait == Wait::kUnknown) {
+    struct stat status;
+    const bool linked = fstat(fd, &status) == 0 && status.st_nlink != 0;
+    lock.wait = linked ? Wait::kNone : Wait::kSome;
+  }
+  return lock.wait == Wait::kNone;
+}
 
 bool open_lock_file(const char *obj_path, LockFile &lock) {
   LockSearch search = {lock, {}};

@@ -30,11 +30,12 @@ bool flock_uninterrupted(int fd, int operation) {
 }
 
 // Locks an open descriptor as the time-out says; ZRCFG_NO_LOCK succeeds without a lock.
-bool lock_within(int fd, int timeout, int operation) {
+bool lock_within(int fd, int timeout, int operation, Wait &wait) {
   if (timeout == ZRCFG_NO_LOCK) {
     return true;
   }
   if (timeout == ZRCFG_WAIT_FOREVER) {
+    wait = Wait::kUnknown;
     return flock_uninterrupted(fd, operation);
   }
   if (timeout == 0) {
@@ -46,6 +47,7 @@ bool lock_within(int fd, int timeout, int operation) {
     if (flock_uninterrupted(fd, operation | LOCK_NB)) {
       return true;
     }
+    wait = Wait::kSome;
     (void)usleep(kPauseMicroseconds);  // A pause cut short by a signal only brings the next try.
   }
   return false;
@@ -53,7 +55,8 @@ bool lock_within(int fd, int timeout, int operation) {
 
 // cfgGetLock behind its null test; `opened` is the lock file's descriptor when it is open already,
 // or -1. It is used up in any case.
-uint32_t lock_file(const char *path, int opened, int *fd, int timeout, uint32_t rw_type) {
+uint32_t lock_file(const char *path, int opened, int *fd, int timeout, uint32_t rw_type,
+                   Wait &wait) {
   *fd = -1;
   if (rw_type > ZRCFG_LOCK_TEMPLATE) {
     if (opened != -1) {
@@ -67,7 +70,7 @@ uint32_t lock_file(const char *path, int opened, int *fd, int timeout, uint32_t 
     return ZRCFG_E_NO_FILE;
   }
   const int operation = rw_type == ZRCFG_LOCK_SHARED ? LOCK_SH : LOCK_EX;
-  if (!lock_within(lock_fd, timeout, operation)) {
+  if (!lock_within(lock_fd, timeout, operation, wait)) {
     ZRCFG_TRACE("%s file was not locked.\n", path);
     (void)close(lock_fd);  // Nothing was written through it.
     return ZRCFG_E_LOCK;
@@ -95,7 +98,8 @@ int take_object_lock(const char *obj_path, LockFile &file, int *fd, int timeout,
   const int opened = file.file.fd;
   file.writable = file.file.writable;
   file.file = {};
-  if (lock_file(file.path, opened, fd, timeout, rw_type) != ZRCFG_OK) {
+  file.wait = Wait::kNone;
+  if (lock_file(file.path, opened, fd, timeout, rw_type, file.wait) != ZRCFG_OK) {
     ZRCFG_TRACE("objPath=%s lockfile=%s, rwType=%d ,lock fail.\n", obj_path, file.path,
                 static_cast<int>(rw_type));
     return -1;
@@ -117,14 +121,23 @@ using namespace zrcfg;
 extern "C" {
 
 ZRCFG_EXPORT uint32_t cfgGetLock(const char *lockFile, int *fd, int timeout, uint32_t rwType) {
-  if (lockFile == nullptr || fd == nullptr) {
+  if (fd == nullptr) {
     return ZRCFG_E_ARGUMENT;
   }
-  return lock_file(lockFile, -1, fd, timeout, rwType);
+  *fd = -1;
+  if (lockFile == nullptr) {
+    return ZRCFG_E_ARGUMENT;
+  }
+  Wait wait = Wait::kNone;
+  return lock_file(lockFile, -1, fd, timeout, rwType, wait);
 }
 
 ZRCFG_EXPORT int getLock(const char *objPath, int *fd, int timeout, uint32_t rwType) {
-  if (objPath == nullptr || fd == nullptr) {
+  if (fd == nullptr) {
+    return -1;
+  }
+  *fd = -1;
+  if (objPath == nullptr) {
     return -1;
   }
   LockFile file;
@@ -154,6 +167,9 @@ ZRCFG_EXPORT uint32_t zrcfg_lockurl(const char *url, int *fd, int timeout, uint3
   DirPath path;
   const uint32_t result = check_url_to_path(url, NullText::kExclaimed, path);
   if (result != ZRCFG_OK) {
+    if (result == ZRCFG_E_NOT_FOUND && fd != nullptr) {
+      *fd = -1;
+    }
     return result;
   }
   return getLock(path.text, fd, timeout, rwType) == 0 ? ZRCFG_OK : ZRCFG_E_FAILED;

@@ -304,6 +304,15 @@ TEST_F(SingleValueTest, AllRecordsOfTheNameAreReplaced) {
   EXPECT_EQ(old_.at(0), '3') << "the last one's old value stays";
 }
 
+TEST_F(SingleValueTest, AllRecordsOfTheNameTakeALongerValue) {
+  const std::string longer(255, 'x');
+  file_ = property_file({"A", "A", "A"}, {"1", "2", "3"});
+  write_property(kDir, file_);
+  EXPECT_EQ(set("A", longer), 0u);
+  EXPECT_EQ(changed_, 1);
+  expect_section(longer + "\n" + longer + "\n" + longer + "\n");
+}
+
 TEST_F(SingleValueTest, EqualLineOfALaterRecordOfTheNameStopsTheWrite) {
   file_ = property_file({"A", "B", "A"}, {"1", "2", "new"});
   write_property(kDir, file_);

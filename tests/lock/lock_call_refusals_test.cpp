@@ -97,9 +97,10 @@ TEST_F(LockCallRefusalsTest, NullDescriptorIsRefusedInEveryLayer) {
 }
 
 TEST_F(LockCallRefusalsTest, NullPathsAreRefused) {
-  int fd = -1;
+  int fd = -7;
   EXPECT_EQ(cfgGetLock(nullptr, &fd, 0, 0), 10u);
   EXPECT_EQ(fd, -1);
+  fd = -7;
   EXPECT_EQ(getLock(nullptr, &fd, 0, 0), -1);
   EXPECT_EQ(fd, -1);
   EXPECT_EQ(isLocked(nullptr), 1);
@@ -124,7 +125,7 @@ TEST_F(LockCallRefusalsTest, UrlOf256CharactersReturns1WithoutFileAccess) {
     const std::string url(length, 'u');
     const std::string text = "pObjUrl len=" + std::to_string(length) + " out of range!\n";
     CallWatch watch;
-    int fd = -1;
+    int fd = -7;
     EXPECT_EQ(zrcfg_lockurl(url.c_str(), &fd, 0, 0), 1u);
     EXPECT_EQ(fd, -1);
     EXPECT_EQ(zrcfg_islock(url.c_str()), 1u);
