@@ -50,11 +50,16 @@ uint32_t update_list(ObjectImage &image, PropertyFd &file, MultiAttrNode *list, 
 
 uint32_t update_all(ObjectImage &image, PropertyFd &file, const ParamAttrChange &change) {
   ZRCFG_TRACE("setAllParamAttr!\n");
-  const uint32_t result = prepare_update(image, file, PrepareGuard::kNone);
+  char path[kFilePathSize];
+  uint32_t result = bring_file(image, file, PrepareGuard::kNone, path);
   if (result != ZRCFG_OK) {
     return result;
   }
-  ZRCFG_TRACE("setAllParamAttr. property_file=%s%s\n", image_dir_path(image), kPropertyFileName);
+  ZRCFG_TRACE("setAllParamAttr. property_file=%s\n", path);
+  result = open_for_update(path, file);
+  if (result != ZRCFG_OK) {
+    return result;
+  }
   RecordWriter writer(file.fd, image);
   uint32_t position = 0;
   for (ParamRecord &record : records(image)) {

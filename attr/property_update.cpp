@@ -13,6 +13,7 @@ namespace zrcfg {
 namespace {
 
 constexpr int kPrepareTimeout = 100;
+constexpr uint32_t kBitsPerByte = 8;
 
 uint32_t unable_to_open(const char *path) {
   ZRCFG_TRACE("unable to open %s file\n", path);
@@ -66,19 +67,19 @@ off_t record_offset(uint32_t position) {
 
 }  // namespace
 
-uint32_t prepare_update(const ObjectImage &image, PropertyFd &file, PrepareGuard guard) {
+uint32_t bring_file(const ObjectImage &image, const PropertyFd &file, PrepareGuard guard,
+                    char *path) {
   const char *const dir = image_dir_path(image);
-  char path[kFilePathSize];
   // Fits: the image was opened through the same join.
-  (void)join_path(path, sizeof path, dir, kPropertyFileName);
-  if (file.fd != -1 || ACCESS(path, F_OK) == 0) {
-    ZRCFG_TRACE("property_file=%s exist!\n", path);
-  } else {
-    const uint32_t result = fetch(dir, path, guard);
-    if (result != ZRCFG_OK) {
-      return result;
-    }
+  (void)join_path(path, kFilePathSize, dir, kPropertyFileName);
+  if (file.fd == -1 && ACCESS(path, F_OK) != 0) {
+    return fetch(dir, path, guard);
   }
+  ZRCFG_TRACE("property_file=%s exist!\n", path);
+  return ZRCFG_OK;
+}
+
+uint32_t open_for_update(const char *path, PropertyFd &file) {
   if (!file.writable) {
     file.close();
     if (!file.open(path, Access::kWrite) || !file.writable) {
@@ -88,6 +89,12 @@ uint32_t prepare_update(const ObjectImage &image, PropertyFd &file, PrepareGuard
   return ZRCFG_OK;
 }
 
+uint32_t prepare_update(const ObjectImage &image, PropertyFd &file, PrepareGuard guard) {
+  char path[kFilePathSize];
+  const uint32_t result = bring_file(image, file, guard, path);
+  return result == ZRCFG_OK ? open_for_update(path, file) : result;
+}
+
 void write_header(int fd, const ObjectImage &image) {
   if (!write_all_at(fd, &image.header, kHeaderSize, kLengthWordSize)) {
     ZRCFG_TRACE("header not written!\n");
@@ -95,12 +102,15 @@ void write_header(int fd, const ObjectImage &image) {
 }
 
 void RecordWriter::mark(uint32_t position) {
-  if (end_ == 0 || position < first_) {
-    first_ = position;
-  }
+  static_assert(kMaxServedRecords <= sizeof marked_ * kBitsPerByte);
+  marked_[position / kBitsPerByte] |= static_cast<uint8_t>(1u << position % kBitsPerByte);
   if (position >= end_) {
     end_ = position + 1;
   }
+}
+
+bool RecordWriter::is_marked(uint32_t position) const {
+  return (marked_[position / kBitsPerByte] >> position % kBitsPerByte & 1u) != 0;
 }
 
 bool RecordWriter::write(uint32_t first, uint32_t count) {
@@ -108,20 +118,31 @@ bool RecordWriter::write(uint32_t first, uint32_t count) {
                       record_offset(first));
 }
 
-uint32_t RecordWriter::flush() {
-  uint32_t written = end_ - first_;
-  if (written > 0 && !write(first_, written)) {
-    written = 0;
-    for (uint32_t position = first_; position < end_; ++position) {
-      if (write(position, 1)) {
-        ++written;
-      } else {
-        ZRCFG_TRACE("fwrite failed!\n");
-      }
+uint32_t RecordWriter::write_run(uint32_t first, uint32_t count) {
+  if (write(first, count)) {
+    return count;
+  }
+  uint32_t written = 0;
+  for (uint32_t i = 0; i < count; ++i) {
+    if (write(first + i, 1)) {
+      ++written;
+    } else {
+      ZRCFG_TRACE("fwrite failed!\n");
     }
   }
-  first_ = 0;
-  end_ = 0;
+  return written;
+}
+
+uint32_t RecordWriter::flush() {
+  uint32_t written = 0;
+  for (uint32_t first = 0; first < end_;) {
+    uint32_t behind = first;
+    while (behind < end_ && is_marked(behind)) {
+      ++behind;
+    }
+    written += behind > first ? write_run(first, behind - first) : 0;
+    first = behind + 1;  // That one is not marked.
+  }
   return written;
 }
 

@@ -163,6 +163,22 @@ TEST_P(ListUpdateTest, FirstOfTwoRecordsOfOneNameIsChanged) {
   expect_file(expected);
 }
 
+TEST_F(AttrTest, ListUpdateLeavesTheRecordsThatItDoesNotName) {
+  store(filled_file({"A", "B", "C"}, Fill::kZeros));
+  const OpenedImage image;
+  ASSERT_EQ(zrcfg_setsingleparamattr_ext(kUrl, "B", 3, "5", 0), 0u);
+  const std::string meanwhile = read_property(kDir);
+  AttrRequests requests;
+  requests.add("C", std::string(1, 6)).add("A", std::string(1, 4));
+  EXPECT_EQ(modiMultiParamAttr(image.get(), requests.list(), 20, 0), 0u);
+  EXPECT_EQ(read_property(kDir).substr(record_at(1), 124), meanwhile.substr(record_at(1), 124));
+  std::string expected = before_;
+  model_noti(expected, record_at(0), 4);
+  model_noti(expected, record_at(1), 5);
+  model_noti(expected, record_at(2), 6);
+  expect_file(expected);
+}
+
 TEST_P(ListUpdateTest, EverySubsetOfRecordsIsWritten) {
   const std::vector<std::string> names = {"A", "B", "C", "D", "E", "F"};
   for (unsigned subset = 1; subset < 64; ++subset) {

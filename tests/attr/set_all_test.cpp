@@ -166,7 +166,9 @@ TEST_F(SetAllCallTest, FileThatMayOnlyBeReadGives8ButNotWithoutParameters) {
     const UserWithMode reader(kFile, 0444);
     EXPECT_EQ(set(0), 8u);
   }
-  EXPECT_TRUE(log_has_in_order({kUnable, "createObjByPath() fail ret=8!\n"}));
+  EXPECT_TRUE(
+      log_has_in_order({kExists, "setAllParamAttr. property_file=Gateway/Device/property.conf\n",
+                        kUnable, "createObjByPath() fail ret=8!\n"}));
   expect_untouched();
   store(filled_file({}, Fill::kZeros));
   const UserWithMode reader(kFile, 0444);

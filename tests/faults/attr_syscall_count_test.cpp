@@ -57,6 +57,12 @@ class AttrSyscallCountTest : public StoreTest, public ::testing::WithParamInterf
     }
   }
 
+  // The list has two parameters that are no neighbours; no record between them is written.
+  static unsigned writes() {
+    const bool list = strncmp(GetParam().name, "SetMulti", strlen("SetMulti")) == 0;
+    return GetParam().writes ? (list ? 2 : 1) : 0;
+  }
+
   static uint32_t run(const char *url = kAttrUrl, ZrcfgObject *image = nullptr) {
     std::string output;
     return GetParam().run(url, image, output);
@@ -76,10 +82,11 @@ TEST_P(AttrCallCountTest, StaysInItsBudget) {
     const unsigned update = own_lock
                                 ? (all ? kSetAllBudgetOnTheLockFile : kUpdateBudgetOnTheLockFile)
                                 : (all ? kSetAllBudget : kUpdateBudget);
-    EXPECT_LE(watch.system_calls(), GetParam().writes ? update : query) << watch.describe();
+    EXPECT_LE(watch.system_calls(), GetParam().writes ? update - 1 + writes() : query)
+        << watch.describe();
     EXPECT_EQ(watch.count(Call::kFopen), 0u) << "no standard I/O";
     EXPECT_EQ(watch.count(Call::kTruncate) + watch.count(Call::kOther), 0u);
-    EXPECT_EQ(watch.count(Call::kWrite), GetParam().writes ? 1u : 0u) << watch.describe();
+    EXPECT_EQ(watch.count(Call::kWrite), writes()) << watch.describe();
     EXPECT_EQ(watch.count(Call::kOpen), watch.count(Call::kClose));
   }
 }
@@ -160,8 +167,9 @@ TEST_P(AttrStepCountTest, QueriesTouchNoFileAndUpdatesStayInTheirBudget) {
   CallWatch watch;
   EXPECT_EQ(run(kAttrUrl, image.get()), 0u);
   watch.stop();
-  EXPECT_LE(watch.system_calls(), GetParam().writes ? kStepBudget : 0u) << watch.describe();
-  EXPECT_EQ(watch.count(Call::kWrite), GetParam().writes ? 1u : 0u);
+  EXPECT_LE(watch.system_calls(), GetParam().writes ? kStepBudget - 1 + writes() : 0u)
+      << watch.describe();
+  EXPECT_EQ(watch.count(Call::kWrite), writes());
   EXPECT_EQ(watch.count(Call::kLock), 0u) << "a file in its place is not locked";
 }
 
