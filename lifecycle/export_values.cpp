@@ -73,7 +73,7 @@ uint32_t export_list(ObjectImage &image, char *table, ParamValueEntry *list, int
     const ParamRecord &record = records(image).begin()[position];
     const bool selected = selects(mode, record);
     if (selected) {
-      strncpy(table + static_cast<size_t>(position) * kValueSlotSize, node.value, kMaxValueLength);
+      copy_slot(table + static_cast<size_t>(position) * kValueSlotSize, node.value);
       report_attributes(record, node);
     }
     node.changed = selected ? 1 : 0;

@@ -11,6 +11,7 @@
 #include "core/single_value.h"
 #include "core/trace.h"
 #include "values/request_check.h"
+#include "values/value_table.h"
 
 namespace zrcfg {
 namespace {
@@ -41,9 +42,7 @@ void set_slot(const ParamRecord &record, char *slot, ParamValueEntry &node, cons
   strncpy(node.old_value, slot, kMaxValueLength);
   node.old_value[kMaxValueLength] = '\0';
   if (strcmp(node.old_value, node.value) != 0) {
-    const size_t length = strnlen(node.value, kMaxValueLength);
-    memcpy(slot, node.value, length);
-    slot[length] = '\0';
+    copy_slot(slot, node.value);
     node.changed = 1;
   } else {
     ZRCFG_TRACE("Same value,don't write!Multi\n");
@@ -111,10 +110,7 @@ uint32_t output_values(ObjectImage &image, const char *table, ParamValueEntry *l
     }
     ZRCFG_TRACE("param=%d \n", position);
     ZRCFG_TRACE("param->name = %s\n", FieldName(node.name).text);
-    const char *const slot = slot_at(table, position);
-    const size_t length = strnlen(slot, kMaxValueLength);
-    memcpy(node.value, slot, length);
-    node.value[length] = '\0';
+    copy_slot(node.value, slot_at(table, position));
     return ZRCFG_OK;
   });
 }

@@ -21,6 +21,10 @@ int setParamValuesToMem(ZrcfgObject *image, char *pValue);
 
 namespace zrcfg {
 
+// Copies a value between a slot and a caller's buffer, both of 256 bytes: at most 255 characters,
+// and the terminator.
+void copy_slot(char *out, const char *value);
+
 // The same two steps on an object that was just read.
 uint32_t build_value_table(OpenObject &object, char **table);
 uint32_t store_value_table(OpenObject &object, const char *table);

@@ -2,6 +2,7 @@
 #include <unistd.h>
 
 #include <climits>
+#include <cstring>
 
 #include "lifecycle/export_values.h"
 #include "support/lock_holder.h"
@@ -316,6 +317,18 @@ TEST_F(ExportTableTest, ChangesTheTableOnly) {
   EXPECT_EQ(requests.node(1).changed, 0u);
   EXPECT_TRUE(requests.outputs_untouched(2));
   expect_untouched();
+}
+
+TEST_F(ExportTableTest, ValuesInTheTableAreTerminated) {
+  const OpenedImage image;
+  const ValueTable table(image);
+  memset(table.get(), '#', size_t{5} * ZRCFG_VALUE_SIZE);
+  Requests requests;
+  requests.set("K3", std::string(255, 'v'));
+  EXPECT_EQ(export_modiMultiParamValues(image.get(), table.get(), requests.list(), 2), 0u);
+  const char *const slot = table.get() + size_t{3} * ZRCFG_VALUE_SIZE;
+  EXPECT_EQ(std::string(slot, ZRCFG_VALUE_SIZE), std::string(255, 'v') + '\0');
+  EXPECT_EQ(slot[ZRCFG_VALUE_SIZE], '#') << "the next slot is not touched";
 }
 
 TEST_F(ExportTableTest, ListOf1002NodesGives14AndKeepsTheFirst1001InTheTable) {
