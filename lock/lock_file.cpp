@@ -138,12 +138,15 @@ ZRCFG_EXPORT int getLockPath(const char *objPath, char *lockDir) {
   if (objPath == nullptr || lockDir == nullptr) {
     return 0;
   }
-  if (strlen(objPath) > kMaxObjectPath) {
-    memcpy(lockDir, objPath, kMaxObjectPath);
+  const size_t length = strlen(objPath);
+  if (length > kMaxObjectPath) {
+    memmove(lockDir, objPath, kMaxObjectPath);
     lockDir[kMaxObjectPath] = '\0';
     return 0;
   }
-  (void)choose_lock_dir(objPath, lockDir, nullptr);  // Always true without a search.
+  char path[kMaxObjectPath + 1];  // The output may be the input's buffer.
+  memcpy(path, objPath, length + 1);
+  (void)choose_lock_dir(path, lockDir, nullptr);  // Always true without a search.
   return 0;
 }
 

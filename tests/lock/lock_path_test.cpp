@@ -40,6 +40,13 @@ TEST_F(LockPathTest, LongestPathHasItsTemplatesLock) {
   EXPECT_EQ(out, table + "0/");
 }
 
+TEST_F(LockPathTest, PathMayBeReplacedInPlace) {
+  make_store_dir("Z/1/B/0/");
+  char path[512] = "Z/1/B/3/";
+  EXPECT_EQ(getLockPath(path, path), 0);
+  EXPECT_STREQ(path, "Z/1/B/0/");
+}
+
 TEST_F(LockPathTest, TemplateThatIsACircleOfLinksIsNone) {
   write_property("A/B/3/", property_file({"Name"}, {"value"}));
   ASSERT_EQ(symlink("0", store_path("A/B/0").c_str()), 0);
