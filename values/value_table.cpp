@@ -101,12 +101,6 @@ uint32_t store_table(ObjectImage &image, PropertyFd &file, const ValueSection &o
 
 }  // namespace
 
-void copy_slot(char *out, const char *value) {
-  const size_t length = strnlen(value, kMaxValueLength);
-  memcpy(out, value, length);
-  out[length] = '\0';
-}
-
 uint32_t build_value_table(OpenObject &object, char **table) {
   const ObjectImage &image = *object.loaded.image;
   char *const slots = static_cast<char *>(malloc(table_size(image)));

@@ -3,6 +3,7 @@
 #define ZRCFG_VALUES_VALUE_TABLE_H_
 
 #include <stdint.h>
+#include <string.h>
 
 #include "core/object_image.h"
 #include "zrcfg.h"
@@ -23,7 +24,11 @@ namespace zrcfg {
 
 // Copies a value between a slot and a caller's buffer, both of 256 bytes: at most 255 characters,
 // and the terminator.
-void copy_slot(char *out, const char *value);
+inline void copy_slot(char *out, const char *value) {
+  const size_t length = strnlen(value, kMaxValueLength);
+  memcpy(out, value, length);
+  out[length] = '\0';
+}
 
 // The same two steps on an object that was just read.
 uint32_t build_value_table(OpenObject &object, char **table);
