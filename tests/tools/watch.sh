@@ -84,6 +84,23 @@ added R.Some "replaced"'
 mkdir -p /var/R/A.B /var/R/C && cp /var/R/property.conf /var/R/A.B/ && ln -s ../../P /var/R/C/link
 expect "names with a dot, and links" "$(events)" ''
 rm -r /var/R /var/log/P
+events >/dev/null
+
+# A root that is a link: made, led elsewhere in one step, removed.
+mkdir /var/log/a /var/log/b && make_object log/a/R Some=a Same=1 && make_object log/b/R Some=b Same=1
+ln -s log/a/R /var/R
+expect "a link to a root" "$(events)" 'added R.
+added R.Some "a"
+added R.Same "1"'
+ln -s log/b/R /var/log/next && mv -T /var/log/next /var/R
+expect "the link leads elsewhere" "$(events)" 'changed R.Some "a" "b"'
+"$zrcfg" set R.Some=c && printf 'lost' >/var/log/a/R/property.conf
+expect "followed to the new place only" "$(events)" 'changed R.Some "b" "c"'
+rm /var/R
+expect "the link goes" "$(events)" 'removed R.
+removed R.Some "c"
+removed R.Same "1"'
+rm -r /var/log/a /var/log/b
 stop INT
 
 # Part of the store.
@@ -100,6 +117,11 @@ mv /var/P /var/P.away && mv /var/P.away /var/P && settle
 "$zrcfg" set P.T.1.Name=again
 expect "also with what it lies in" "$(events | tail -1)" 'changed P.T.1.Name "new" "again"'
 "$zrcfg" set P.T.1.Name=new P.T.2.Name=new P.One=1
+mv /var/P /var/log/ && ln -s log/P /var/P && settle
+"$zrcfg" set P.T.1.Name=linked
+expect "and with a link to that" "$(events | tail -1)" 'changed P.T.1.Name "new" "linked"'
+rm /var/P && mv /var/log/P /var/ && settle
+"$zrcfg" set P.T.1.Name=new
 events >/dev/null
 stop
 

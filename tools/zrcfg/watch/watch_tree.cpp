@@ -228,8 +228,8 @@ bool WatchTree::note(const inotify_event &event) {
       return false;
     }
     mark(node->parent, false, true);
-  } else if ((event.mask & IN_ISDIR) != 0) {
-    mark(node, false, true);
+  } else if ((event.mask & IN_ISDIR) != 0 || node == root_) {
+    mark(node, false, true);  // In the root a link may lead to an object too.
   } else if (event.len > 0 && strcmp(event.name, zrcfg::kPropertyFileName) == 0) {
     mark(node, true, node->role == NodeRole::kCandidate);
   }
