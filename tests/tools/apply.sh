@@ -44,6 +44,11 @@ expect "export" "$out/$err/$status" "$(printf '%s\n' '+R.F.7.' '+R.T.2.' '+R.T.2
   "R.T.2.S.1.Deep=$(printf '\xc3\xa4')\\x01")//0"
 run export R /var/out.txt
 expect "export to a file" "$out/$status/$(cat /var/out.txt)" "/0/$exported"
+chmod 600 /var/out.txt
+run export R /var/out.txt
+expect "which keeps its permissions" "$status/$(stat -c %a /var/out.txt)" "0/600"
+run export R -
+expect "export to standard output" "$out/$err/$status" "$exported//0"
 run export R.T.2. /var/out.txt
 expect "an instance names itself" "$(head -1 /var/out.txt)" "+R.T.2."
 run export R.None. /var/out.txt
@@ -96,7 +101,7 @@ printf 'R.Plain=a\0b\n' >$text
 run apply $text
 expect "zero byte" "$(head -1 /var/err)/$status" "zrcfg: apply: the text holds a zero byte/1"
 run apply /var/R
-expect "a directory" "$(tree_sum)/$status" "$before/1"
+expect "a directory" "$(tree_sum)/$err/$status" "$before/zrcfg: apply: /var/R: cannot be read: Is a directory/1"
 
 # Deletions first, then creations, values, counters.
 printf '%s\n' 'R.TCount=9' 'R.T.1.Name=first' '+R.T.1.' '+R.T.2.' '-R.T.2.' '-R.F.7.' >$text

@@ -80,6 +80,27 @@ expect "a device that takes nothing" "$err/$status/$(stat -c %F /dev/full)" \
 echo old >/var/target && ln -s target /var/link
 run snapshot /var/link
 expect "a link stays" "$status/$(readlink /var/link)/$(cmp /var/all /var/target)" "0/target/"
+chmod 640 /var/target && chown 12:34 /var/target 2>/dev/null
+owner=$(stat -c '%a %u %g' /var/target)
+run snapshot /var/link
+expect "permissions and owner stay" "$status/$(stat -c '%a %u %g' /var/target)" "0/$owner"
+(umask 027 && "$zrcfg" snapshot /var/fresh >/dev/null)
+expect "a new file has those of the umask" "$(stat -c %a /var/fresh)" "640"
+
+# Standard output: nothing but the snapshot goes there.
+for name in - /dev/stdout /proc/self/fd/1; do
+  "$zrcfg" snapshot $name >/var/out 2>/var/err
+  expect "to standard output, $name" "$?/$(cat /var/err)/$(cmp /var/all /var/out)" "0/15 objects/"
+done
+"$zrcfg" snapshot /dev/stdout P.T 2>/var/err | "$zrcfg" restore --dry-run - >/var/out
+expect "through a pipe" "${PIPESTATUS[*]}/$(cat /var/err /var/out)" "0 0/7 objects"
+echo before >/var/added
+"$zrcfg" snapshot /dev/stdout >>/var/added 2>/dev/null
+expect "behind what is there" "$(tail -n +2 /var/added | cmp - /var/all)" ""
+"$zrcfg" snapshot - >/dev/full 2>/var/err
+expect "that takes nothing" "$?/$(cat /var/err)" "1/zrcfg: snapshot: standard output: cannot be written: No space left on device"
+"$zrcfg" snapshot - >&- 2>/var/err
+expect "that is closed" "$?/$(cat /var/err)" "1/zrcfg: snapshot: standard output: cannot be written: Bad file descriptor"
 run snapshot /var/nowhere/file
 expect "no directory" "$err/$status" "zrcfg: snapshot: /var/nowhere/file: cannot be written: No such file or directory/1"
 cp /var/all /var/kept
@@ -104,6 +125,19 @@ run restore
 expect "nothing to restore" "$err/$status" "zrcfg: restore: takes FILE/2"
 run restore /var/none
 expect "no such file" "$(head -1 /var/err)/$status" "zrcfg: restore: /var/none: cannot be read: No such file or directory/1"
+
+run restore /var/dir
+expect "a directory" "$err/$status" "zrcfg: restore: /var/dir: cannot be read: Is a directory
+zrcfg: restore: /var/dir: nothing was changed/1"
+mv /var/P /var/Q /var/log/
+for root in nothing Z; do
+  [ $root = nothing ] || make_object $root One=1
+  run restore /var/all
+  expect "a store without any of its objects: $root" "$out/$err/$status" \
+    "/zrcfg: restore: /var/ has no object of the snapshot: it is restored into a store of its model
+zrcfg: restore: /var/all: nothing was changed/1"
+done
+rm -r /var/Z && mv /var/log/P /var/log/Q /var/
 
 # Never two locks at a time: while it waits for one, every other is free.
 exec 7</var/P/T/0/property.conf && flock 7

@@ -1,6 +1,7 @@
 // A growing block of bytes.
 #include "tools/zrcfg/bytes.h"
 
+#include <errno.h>
 #include <stdlib.h>
 #include <string.h>
 
@@ -73,7 +74,7 @@ bool Bytes::read_all(FILE *stream, const char *name, size_t limit) {
     }
   }
   if (ferror(stream) != 0) {
-    complain("%s: cannot be read", name);
+    complain("%s: cannot be read: %s", name, strerror(errno));
     return false;
   }
   at[size] = '\0';

@@ -13,6 +13,8 @@
 namespace zrcfg_tool {
 namespace {
 
+constexpr mode_t kNewFileMode = 0666;
+
 bool failed(const char *name) {
   complain("%s: cannot be written: %s", name, strerror(errno));
   return false;
@@ -34,6 +36,29 @@ bool write_special(const char *name, bool (*write)(FILE *stream, const void *con
   return (fclose(stream) == 0 && written) || failed(name);
 }
 
+bool write_standard_output(bool (*write)(FILE *stream, const void *context), const void *context) {
+  if (write(stdout, context) && fflush(stdout) == 0) {
+    return true;
+  }
+  (void)failed("standard output");
+  clearerr(stdout);  // It is reported.
+  return false;
+}
+
+// A new file gets the permissions that the umask leaves. One that replaces another keeps those, and
+// the owner where the user may give files away; the group's are not for another group.
+bool set_permissions(int fd, const char *name) {
+  struct stat old;
+  if (stat(name, &old) == 0) {
+    const bool is_given = fchown(fd, old.st_uid, old.st_gid) == 0;
+    const mode_t kept = S_IRWXU | S_IRWXO | (is_given ? S_IRWXG : 0);
+    return fchmod(fd, old.st_mode & kept) == 0;
+  }
+  const mode_t mask = umask(0);
+  (void)umask(mask);
+  return fchmod(fd, kNewFileMode & ~mask) == 0;
+}
+
 // Replaces the file itself, not a link to it.
 bool replace_regular(const char *name, bool (*write)(FILE *stream, const void *context),
                      const void *context) {
@@ -52,10 +77,8 @@ bool replace_regular(const char *name, bool (*write)(FILE *stream, const void *c
     (void)unlink(temporary.at);  // here too.
     return false;
   }
-  const mode_t mask = umask(0);
-  (void)umask(mask);
-  const bool written = write(stream, context) && fchmod(fd, 0666 & ~mask) == 0 &&
-                       fflush(stream) == 0 && fsync(fd) == 0;
+  const bool written =
+      write(stream, context) && set_permissions(fd, name) && fflush(stream) == 0 && fsync(fd) == 0;
   if (fclose(stream) == 0 && written && rename(temporary.at, name) == 0) {
     return true;
   }
@@ -66,8 +89,18 @@ bool replace_regular(const char *name, bool (*write)(FILE *stream, const void *c
 
 }  // namespace
 
+bool is_standard_output(const char *name) {
+  struct stat named;
+  struct stat output;
+  return strcmp(name, "-") == 0 || (stat(name, &named) == 0 && fstat(STDOUT_FILENO, &output) == 0 &&
+                                    named.st_dev == output.st_dev && named.st_ino == output.st_ino);
+}
+
 bool replace_file(const char *name, bool (*write)(FILE *stream, const void *context),
                   const void *context) {
+  if (is_standard_output(name)) {
+    return write_standard_output(write, context);
+  }
   if (is_special(name)) {
     return write_special(name, write, context);
   }

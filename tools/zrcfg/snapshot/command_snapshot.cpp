@@ -41,7 +41,9 @@ int run_snapshot(const Options &options, const Arguments &arguments) {
   if (copy.moment() == Moment::kSeveral) {
     complain("the store kept changing: the objects were not all saved at one moment");
   }
-  printf("%zu objects\n", objects.count());
+  // Behind the snapshot it would be taken for a part of it.
+  FILE *const stream = is_standard_output(arguments.values[0]) ? stderr : stdout;
+  fprintf(stream, "%zu objects\n", objects.count());
   return kExitOk;
 }
 

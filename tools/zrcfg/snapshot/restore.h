@@ -32,6 +32,7 @@ class Restore {
     size_t failed = 0;
   };
 
+  bool has_any_root() const;
   bool has_lost_file(const RestoreStep &step) const;
   bool check_object(const RestoreStep &step) const;
   bool check_instance(const RestoreStep &step);

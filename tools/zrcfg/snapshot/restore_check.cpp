@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 
+#include "core/store_file.h"
 #include "tools/zrcfg/input_file.h"
 #include "tools/zrcfg/report.h"
 #include "tools/zrcfg/snapshot/difference.h"
@@ -54,6 +55,11 @@ bool Restore::check() {
       !now_.read(root_, scope_.text, options_.timeout, Accepted::kAny, &wanted_)) {
     return false;
   }
+  if (!has_any_root()) {
+    complain("%s has no object of the snapshot: it is restored into a store of its model",
+             zrcfg::kStoreRoot);
+    return false;
+  }
   bool all_ok = true;
   RestoreSteps all = steps();
   for (RestoreStep step; all.next(step);) {
@@ -66,6 +72,19 @@ bool Restore::check() {
     }
   }
   return all_ok;
+}
+
+// Whether a root that the snapshot has objects of is there at all.
+bool Restore::has_any_root() const {
+  for (size_t i = 0; i < wanted_.count(); ++i) {
+    char name[ZRCFG_URL_SIZE];
+    struct stat status;
+    copy_root_name(wanted_.url(i), name);
+    if (fstatat(root_.fd, name, &status, 0) == 0) {
+      return true;
+    }
+  }
+  return false;
 }
 
 // Whether the object of the snapshot is a directory of the store that has no property file.
