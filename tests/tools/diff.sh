@@ -144,6 +144,50 @@ added P.T.1.Note "x"
 added P.T.1.Sub.
 added P.T.1.Sub.Inner ""'
 
+# A text without a line says that there is nothing below the URL that it is compared under.
+make_table P/E One 10
+"$zrcfg" export P.E /var/text
+expect "the text of an empty table" "$(wc -c </var/text)" "0"
+run diff /var/text - P.E
+expect "is equal to it" "$out/$err/$status" "/$note/0"
+"$zrcfg" add P.E >/dev/null
+run diff /var/text - P.E
+expect "and lacks an instance" "$(head -1 /var/out)/$err/$status" "added P.E.1./$note/1"
+run diff - /var/text P.E
+expect "either way" "$(head -1 /var/out)/$err/$status" "removed P.E.1./$note/1"
+for other in - /var/text; do
+  run diff /var/text $other
+  expect "without a URL" "$out/$err/$status" "/zrcfg: diff: /var/text: holds nothing: it takes a URL to compare it/2"
+done
+run diff /var/text - P.None
+expect "nor any such object" "$(tail -1 /var/err)/$status" "zrcfg: diff: P.None.: neither has such an object/2"
+
+# No store, or another one.
+mkdir /var/log/empty
+run diff /var/log/empty
+expect "a directory without a store" "$out/$err/$status" "/zrcfg: diff: /var/log/empty: no store is there/2"
+run diff - /var/log/empty P.T
+expect "also with a URL" "$out/$err/$status" "/zrcfg: diff: /var/log/empty: no store is there/2"
+run diff /var/snap /var/log/empty
+expect "also beside a snapshot" "$out/$err/$status" "/zrcfg: diff: /var/log/empty: no store is there/2"
+make_object log/other/Z One=1
+for a in - /var/snap; do
+  run diff $a /var/log/other
+  expect "$a and a store of another root" "$out/$err/$status" \
+    "/zrcfg: diff: ${a/#-//var/} and /var/log/other have nothing in common/2"
+done
+run diff /var/part /var/log/other
+expect "and a part" "$out/$err/$status" "/zrcfg: diff: /var/part and /var/log/other have nothing in common/2"
+cp -r /var/Q /var/log/other/
+run diff - /var/log/other
+expect "one root in common is enough" "$(grep -E '^[a-z]+ (P|Q|Z)\.( |$)' /var/out)/$status" 'removed P.
+added Z./1'
+run diff /var/part /var/log/other
+expect "but not another one" "$status" "2"
+run diff - /var/log/other Z
+expect "what was asked for is there" "$out/$err/$status" 'added Z.
+added Z.One "1"//1'
+
 # Trouble.
 run diff
 expect "nothing to compare" "$status" "2"
@@ -152,13 +196,16 @@ expect "too much" "$err/$status" "zrcfg: diff: takes two things to compare and o
 run diff /var/none
 expect "no such file" "$err/$status" "zrcfg: diff: /var/none: cannot be read: No such file or directory/2"
 run diff /var/part - Q
-expect "nothing in common" "$err/$status" "zrcfg: diff: /var/part and - have nothing in common/2"
+expect "nothing in common" "$err/$status" "zrcfg: diff: /var/part and /var/ have nothing in common/2"
 run diff /var/old - P.None
 expect "no such object" "$err/$status" "zrcfg: diff: P.None.: neither has such an object/2"
 printf 'nonsense\n' >/var/text
 run diff /var/text
-expect "not a text" "$(tail -1 /var/err)/$status" \
-  "zrcfg: diff: /var/text: neither a snapshot nor a configuration text/2"
+for i in 1 2 3; do echo more >>/var/text; done
+run diff /var/text
+expect "not a text" "$err/$status" \
+  "zrcfg: line 1: diff: not -INSTANCE-URL, +INSTANCE-URL or PATH=VALUE
+zrcfg: diff: /var/text: neither a snapshot nor a configuration text/2"
 printf '+P.T.1.\n-P.T.2.\n' >/var/text
 run diff /var/text
 expect "a deletion" "$(head -1 /var/err)/$status" "zrcfg: line 2: diff: a deletion, which is no state of a store/2"

@@ -85,7 +85,7 @@ int run_apply(const Options &options, const Arguments &arguments) {
   if (!read_input_file(arguments.values[0], bytes)) {
     return kExitRefused;
   }
-  if (!text.parse(bytes)) {
+  if (!text.parse(bytes, WrongLines::kAll)) {
     complain("%s: nothing was changed", arguments.values[0]);
     return kExitRefused;
   }

@@ -121,14 +121,15 @@ bool ConfigText::reserve_line() {
   return true;
 }
 
-bool ConfigText::parse(Bytes &text) {
+bool ConfigText::parse(Bytes &text, WrongLines reported) {
   if (memchr(text.at, '\0', text.size) != nullptr) {
     complain("the text holds a zero byte");
     return false;
   }
   bool all_ok = true;
   size_t number = 0;
-  for (char *at = text.at; at != nullptr && *at != '\0';) {
+  for (char *at = text.at;
+       at != nullptr && *at != '\0' && (all_ok || reported == WrongLines::kAll);) {
     char *const feed = strchr(at, '\n');
     if (feed != nullptr) {
       *feed = '\0';

@@ -18,6 +18,9 @@ namespace zrcfg_tool {
 // for any byte; control characters stand nowhere as they are.
 enum class LineKind { kDelete, kCreate, kValue };
 
+// Which of a text's wrong lines are reported.
+enum class WrongLines { kAll, kFirst };
+
 struct ConfigLine {
   size_t number;  // In the text, from 1.
   LineKind kind;
@@ -36,9 +39,9 @@ class ConfigText {
   ConfigText(const ConfigText &) = delete;
   ConfigText &operator=(const ConfigText &) = delete;
 
-  // Takes a text apart, which is changed on the way. Reports every line that is wrong; false when
-  // there was one.
-  bool parse(Bytes &text);
+  // Takes a text apart, which is changed on the way. Reports lines that are wrong; false when there
+  // was one.
+  bool parse(Bytes &text, WrongLines reported);
 
   // Adds the deletion of an instance, with the line number 0. False without memory.
   bool add_deletion(const ObjectUrl &url);

@@ -34,6 +34,12 @@ bool has_empty_component(const char *url) {
   return url[0] == '.' || strstr(url, "..") != nullptr;
 }
 
+void copy_root_name(const char *url, char (&name)[ZRCFG_URL_SIZE]) {
+  const size_t length = strcspn(url, ".");
+  memcpy(name, url, length);
+  name[length] = '\0';
+}
+
 bool split_instance(const ObjectUrl &url, InstanceName &instance) {
   const size_t length = strlen(url.text) - 1;  // Without the final dot.
   const void *const dot = memrchr(url.text, '.', length);

@@ -18,6 +18,9 @@ bool parse_object_url(const char *text, ObjectUrl &url);
 // nothing, so that the same object would have several names.
 bool has_empty_component(const char *url);
 
+// Copies the first component of a URL, without its dot.
+void copy_root_name(const char *url, char (&name)[ZRCFG_URL_SIZE]);
+
 // The URL of an instance, split.
 struct InstanceName {
   ObjectUrl table;

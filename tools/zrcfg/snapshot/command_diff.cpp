@@ -3,6 +3,8 @@
 #include <string.h>
 #include <sys/stat.h>
 
+#include "core/store_file.h"
+#include "tools/store/store_walk.h"
 #include "tools/zrcfg/command.h"
 #include "tools/zrcfg/input_file.h"
 #include "tools/zrcfg/report.h"
@@ -23,8 +25,8 @@ class Side {
  public:
   // Opens a store, or reads a file. Reports and returns false when it is none.
   bool open(const char *name) {
-    name_ = name;
     const bool live = strcmp(name, "-") == 0;
+    name_ = live ? zrcfg::kStoreRoot : name;
     struct stat status;
     if (live || (stat(name, &status) == 0 && S_ISDIR(status.st_mode))) {
       is_store_ = true;
@@ -53,6 +55,10 @@ class Side {
     if (!copy_.read(root_, scope, timeout, Accepted::kWellFormed)) {
       return false;
     }
+    if (copy_.objects().count() == 0 && !has_object()) {
+      complain("%s: no store is there", name_);
+      return false;
+    }
     if (copy_.moment() == Moment::kSeveral) {
       complain("%s: kept changing while it was read", name_);
     }
@@ -61,10 +67,36 @@ class Side {
 
   const char *scope() const { return scope_.text; }
   bool has_attributes() const { return has_attributes_; }
+  // Whether it is a text that holds nothing, not even an object that it would be about.
+  bool is_empty() const { return !is_store_ && own_.count() == 0; }
   const char *name() const { return name_; }
   const ObjectSet &objects() const { return is_store_ ? copy_.objects() : own_; }
 
+  // Whether it has objects of the root that the URL begins with.
+  bool has_root_of(const char *url) const {
+    char root[ZRCFG_URL_SIZE];
+    copy_root_name(url, root);
+    if (is_store_) {
+      return zrcfg_store::is_root_object(root_.fd, root);
+    }
+    const size_t length = strlen(root) + 1;  // With the dot.
+    for (size_t i = 0; i < own_.count(); ++i) {
+      if (strncmp(own_.url(i), url, length) == 0) {
+        return true;
+      }
+    }
+    return false;
+  }
+
  private:
+  // Whether a store has any object, wherever.
+  bool has_object() const {
+    const auto stop = [](const zrcfg_store::ObjectPlace &, void *) {
+      return zrcfg_store::Walk::kStop;
+    };
+    return !zrcfg_store::walk_objects(root_.fd, {}, {stop, nullptr, nullptr});
+  }
+
   const char *name_ = nullptr;
   bool is_store_ = false;
   bool has_attributes_ = true;
@@ -81,6 +113,28 @@ bool narrow(ObjectUrl &scope, const char *other) {
     return true;
   }
   return is_within(scope.text, other);
+}
+
+// Whether both have objects of a root, that of `scope` if it is not the whole store.
+bool share_root(const Side &a, const Side &b, const char *scope) {
+  if (scope[0] != '\0') {
+    return a.has_root_of(scope) && b.has_root_of(scope);
+  }
+  for (size_t i = 0; i < a.objects().count(); ++i) {
+    if (b.has_root_of(a.objects().url(i))) {
+      return true;
+    }
+  }
+  return false;
+}
+
+bool has_object_in(const ObjectSet &objects, const char *scope) {
+  for (size_t i = 0; i < objects.count(); ++i) {
+    if (is_within(objects.url(i), scope)) {
+      return true;
+    }
+  }
+  return false;
 }
 
 bool has_template_in(const char *url) {
@@ -160,19 +214,32 @@ bool note_text(const Side &side) {
   return !side.has_attributes();
 }
 
-int compare(Side &a, Side &b, const ObjectUrl &scope, const Options &options) {
+bool nothing_in_common(const Side &a, const Side &b) {
+  complain("%s and %s have nothing in common", a.name(), b.name());
+  return false;
+}
+
+// Reads what is compared. Reports and returns false when it cannot be read, or there is nothing.
+bool read_sides(Side &a, Side &b, const ObjectUrl &scope, const Options &options, bool asked_for) {
   if (!a.read(scope.text, options.timeout) || !b.read(scope.text, options.timeout)) {
-    return kExitTrouble;
+    return false;
   }
+  if (!asked_for && !share_root(a, b, scope.text)) {
+    return nothing_in_common(a, b);
+  }
+  if (!has_object_in(a.objects(), scope.text) && !has_object_in(b.objects(), scope.text)) {
+    complain("%s: neither has such an object", scope.text);
+    return false;
+  }
+  return true;
+}
+
+int compare(const Side &a, const Side &b, const ObjectUrl &scope, const Options &options) {
   const bool text_a = note_text(a);
   const bool text_b = note_text(b);
   const Compared compared = text_a || text_b ? Compared::kValues : Compared::kAll;
   Cursor before = {a.objects(), scope.text, compared};
   Cursor after = {b.objects(), scope.text, compared};
-  if (!before.settle() && !after.settle()) {
-    complain("%s: neither has such an object", scope.text[0] != '\0' ? scope.text : "the store");
-    return kExitTrouble;
-  }
   const bool any = print_differences(before, after, options.has(kJson));
   if (fflush(stdout) != 0 || ferror(stdout) != 0) {
     complain("cannot write to standard output");
@@ -189,8 +256,9 @@ int run_diff(const Options &options, const Arguments &arguments) {
     complain("takes two things to compare and one URL");
     return kExitTrouble;
   }
+  const bool asked_for = arguments.count == 3;
   ObjectUrl scope = {};
-  if (arguments.count == 3 && !parse_object_url(arguments.values[2], scope)) {
+  if (asked_for && !parse_object_url(arguments.values[2], scope)) {
     return kExitTrouble;
   }
   Side a;
@@ -198,11 +266,15 @@ int run_diff(const Options &options, const Arguments &arguments) {
   if (!a.open(arguments.values[0]) || !b.open(arguments.count > 1 ? arguments.values[1] : "-")) {
     return kExitTrouble;
   }
-  if (!narrow(scope, a.scope()) || !narrow(scope, b.scope())) {
-    complain("%s and %s have nothing in common", a.name(), b.name());
+  if (!asked_for && (a.is_empty() || b.is_empty())) {
+    complain("%s: holds nothing: it takes a URL to compare it", (a.is_empty() ? a : b).name());
     return kExitTrouble;
   }
-  return compare(a, b, scope, options);
+  if (!narrow(scope, a.scope()) || !narrow(scope, b.scope())) {
+    (void)nothing_in_common(a, b);
+    return kExitTrouble;
+  }
+  return read_sides(a, b, scope, options, asked_for) ? compare(a, b, scope, options) : kExitTrouble;
 }
 
 }  // namespace zrcfg_tool

@@ -112,7 +112,7 @@ void cut_to_common(char *scope, const char *url) {
 bool read_export(Bytes &text, ObjectUrl &scope, ObjectSet &objects) {
   ConfigText lines;
   SortedLines sorted;
-  if (!lines.parse(text) || !sorted.sort(lines)) {
+  if (!lines.parse(text, WrongLines::kFirst) || !sorted.sort(lines)) {
     return false;
   }
   for (size_t i = 0; i < lines.size(); ++i) {
@@ -124,8 +124,7 @@ bool read_export(Bytes &text, ObjectUrl &scope, ObjectSet &objects) {
     }
   }
   if (lines.size() == 0) {
-    complain("the text holds nothing");
-    return false;
+    return true;
   }
   memcpy(scope.text, sorted.at(0).path.url, sizeof scope.text);
   for (size_t first = 0; first < lines.size();) {

@@ -8,8 +8,9 @@
 namespace zrcfg_tool {
 
 // Makes a property file without attributes of each object that the text, which is changed on the
-// way, has values or an instance of. `scope` receives the deepest object that they all lie in; of
-// an instance its table. Reports and returns false when the text is none, or deletes.
+// way, has values or an instance of. `scope` receives the deepest object that they all lie in, of
+// an instance its table; it stays as it is when there is none. Reports and returns false when the
+// text is none, or deletes.
 bool read_export(Bytes &text, ObjectUrl &scope, ObjectSet &objects);
 
 }  // namespace zrcfg_tool
