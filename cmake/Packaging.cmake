@@ -14,8 +14,11 @@ if(ZRCFG_ZRLOGMGR STREQUAL "bundled")
   list(APPEND ZRCFG_COMPONENTS log_library)
 endif()
 
+# The prefix may be another one when it is installed, or the root of a device.
+set(ZRCFG_PC_DIR ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+file(RELATIVE_PATH ZRCFG_PC_TO_PREFIX /${ZRCFG_PC_DIR} /)
 configure_file(cmake/zrcfg.pc.in ${PROJECT_BINARY_DIR}/zrcfg.pc @ONLY)
-install(FILES ${PROJECT_BINARY_DIR}/zrcfg.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig
+install(FILES ${PROJECT_BINARY_DIR}/zrcfg.pc DESTINATION ${ZRCFG_PC_DIR}
         COMPONENT development)
 
 set(ZRCFG_CMAKE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/zrcfg)

@@ -1,9 +1,10 @@
 # Run by cpack between installation and packing: gives every package its copyright and changelogs, the
 # documents that belong to it, and compresses what Debian wants compressed.
 
-set(examples_of_host_tools examples/home-gateway.xml examples/home-gateway.instances
-                           examples/home-gateway.values examples/home-gateway.attributes
-                           examples/upgrade)
+set(examples_of_tools scripts/store-backup)
+set(examples_of_host_tools examples/README.md examples/home-gateway.xml
+                           examples/home-gateway.instances examples/home-gateway.values
+                           examples/home-gateway.attributes examples/upgrade)
 set(examples_of_development examples/client)
 file(GLOB documents RELATIVE ${CPACK_ZRCFG_SOURCE_DIR} ${CPACK_ZRCFG_SOURCE_DIR}/docs/*.md
      ${CPACK_ZRCFG_SOURCE_DIR}/docs/*.svg)

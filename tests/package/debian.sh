@@ -63,6 +63,16 @@ depends zrcfg-tools libc6 "$library (= $version)"
 depends zrcfg-mkstore libc6 libstdc++6 libpugixml1v5
 depends libzrlogmgr libc6
 
+# A client's pkg-config is led to the header, in a folder that the compiler looks at anyway.
+development=$WORK_DIR/content/libzrcfg-dev/usr
+include=$(PKG_CONFIG_LIBDIR=$(dirname "$(find "$development" -name zrcfg.pc)") pkg-config --variable=includedir zrcfg)
+test "$include" -ef "$development/include" || fail "zrcfg.pc leads to $include"
+
+# The manual page of both commands, and the script that it names.
+for name in man/man1/zrcfg-restore.1.gz doc/zrcfg-tools/examples/store-backup; do
+  test -s "$WORK_DIR/content/zrcfg-tools/usr/share/$name" || fail "zrcfg-tools lacks $name"
+done
+
 # What Debian's own tools find in the library is what the symbols file says.
 cd "$WORK_DIR"
 mkdir -p gensymbols/debian

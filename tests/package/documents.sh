@@ -13,24 +13,12 @@ zrcfg-mkstore --model "$example.xml" --instances "$example.instances" --values "
 
 run_document='cd "$(mktemp -d)" && cp "$3".* "${3%/*}"/upgrade/home-gateway-* . &&
   exec python3 "$1/document_examples.py" "$2" "$1/documents_not_run.txt"'
+# README.md is read in the folder of the project, with the store and the programs of the quick start.
+run_readme='cd "$(mktemp -d)" && cp -r "$SOURCE_DIR/examples" . && mkdir build &&
+  ln -s "$RELEASE_BUILD" build/release && PATH=${PATH#"$STAGE/bin:"} &&
+  eval "$(sed -n "/^  export PATH=/p" "$SOURCE_DIR/scripts/quickstart")" &&
+  exec python3 "$1/document_examples.py" "$2" "$1/documents_not_run.txt"'
 failed=0
-for document in "$SOURCE_DIR"/README.md "$SOURCE_DIR"/docs/*.md "$SOURCE_DIR"/examples/README.md \
-  "$SOURCE_DIR"/examples/upgrade/README.md "$SOURCE_DIR"/man/*.[1-8]; do
-  name=$(basename "$(dirname "$document")").$(basename "$document")
-  case $(basename "$document") in
-    property.conf.5) ;; # Made from docs/format.md.
-    with-store.1)
-      # Its examples start the launcher, so they run outside of it.
-      TMPDIR=$examples bash -c "$run_document" bash "$TEST_DIR" "$document" "$example" || failed=1
-      ;;
-    *)
-      cp -a "$examples/store" "$examples/$name"
-      "$WITH_STORE" "$examples/$name" env TMPDIR=/var bash -c "$run_document" bash "$TEST_DIR" "$document" \
-        "$example" || failed=1
-      rm -rf "${examples:?}/$name"
-      ;;
-  esac
-done
 
 # The quick start's session, but for what differs from run to run.
 plain() {
@@ -46,4 +34,26 @@ cp -a "$examples/store" "$examples/session"
 sed -n '/^    == building/,/^[^ ]/p' "$SOURCE_DIR/README.md" | sed '$d' | sed '$d; s/^    //' | plain |
   diff -u - "$examples/seen" || failed=1
 echo "quick start: $(wc -l <"$examples/seen") lines"
+
+for document in "$SOURCE_DIR"/README.md "$SOURCE_DIR"/docs/*.md "$SOURCE_DIR"/examples/README.md \
+  "$SOURCE_DIR"/examples/upgrade/README.md "$SOURCE_DIR"/man/*.[1-8]; do
+  name=$(basename "$(dirname "$document")").$(basename "$document")
+  case $(basename "$document") in
+    property.conf.5) ;; # Made from docs/format.md.
+    with-store.1)
+      # Its examples start the launcher, so they run outside of it.
+      TMPDIR=$examples bash -c "$run_document" bash "$TEST_DIR" "$document" "$example" || failed=1
+      ;;
+    *)
+      run=$run_document store=$examples/store
+      if [ "$document" = "$SOURCE_DIR/README.md" ]; then
+        run=$run_readme store=$examples/session
+      fi
+      cp -a "$store" "$examples/$name"
+      "$WITH_STORE" "$examples/$name" env TMPDIR=/var bash -c "$run" bash "$TEST_DIR" "$document" \
+        "$example" || failed=1
+      rm -rf "${examples:?}/$name"
+      ;;
+  esac
+done
 exit $failed

@@ -36,5 +36,8 @@ root=$work/source/root/usr
 needed=$(readelf -d "$(find "$root" -name 'libzrcfg.so')" | sed -n 's/.*(NEEDED).*\[\(.*\)\.so.*\]/\1/p' | sort | xargs)
 test "$needed" = "libc libuci libzrlogmgr" || { echo "the library needs: $needed"; exit 1; }
 test -z "$(find "$root" -name 'libzrlogmgr*' -o -name zrcfg-mkstore)"
+# pkg-config finds the header for clients of the device.
+include=$(PKG_CONFIG_LIBDIR=$(dirname "$(find "$root" -name zrcfg.pc)") pkg-config --variable=includedir zrcfg)
+test "$include" -ef "$root/include" || { echo "zrcfg.pc leads to $include"; exit 1; }
 libraries=$(dirname "$(find "$root" -name 'libzrcfg.so')"):$work/sdk/sysroot/usr/lib
 LD_LIBRARY_PATH=$libraries "$root/bin/zrcfg" --version

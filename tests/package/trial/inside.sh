@@ -41,7 +41,8 @@ quietly dpkg --verify $packages
 ldd /usr/bin/zrcfg /usr/bin/zrcfg-mkstore /usr/lib/*/libzrcfg.so | (! grep 'not found')
 zrcfg --version
 zrcfg-mkstore --version
-for page in zrcfg zrcfg-mkstore with-store 3:zrcfg 3:zrcfg_getsingleparamval 5:property.conf; do
+for page in zrcfg zrcfg-check zrcfg-diff zrcfg-restore zrcfg-snapshot zrcfg-watch zrcfg-mkstore with-store \
+  3:zrcfg 3:zrcfg_getsingleparamval 5:property.conf; do
   quietly man -w ${page%%[!0-9]*} "${page#*:}"
 done
 
