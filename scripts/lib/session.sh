@@ -64,9 +64,9 @@ show tree --depth 2 InternetGatewayDevice.LANDevice.1.Hosts
 
 echo
 echo "== an attribute: notification of a changed value"
-show attr get $device.ProvisioningCode noti rw
-show attr set $device.ProvisioningCode noti=1
-show attr get $device.ProvisioningCode noti
+show attr get $wlan.SSID noti rw
+show attr set $wlan.SSID noti=1
+show attr get $wlan.SSID noti
 
 echo
 echo "== a WAN connection and its user index"

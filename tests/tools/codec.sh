@@ -34,5 +34,5 @@ expect "hexadecimal from standard input" "$?" "0"
 run encode
 expect "empty input" "$out/$status" "/0"
 "$zrcfg" encode <&- 2>/var/err
-expect "no standard input" "$?/$(cat /var/err)" "1/zrcfg: encode: standard input: cannot be read"
+expect "no standard input" "$?/$(cat /var/err)" "1/zrcfg: encode: standard input: cannot be read: Bad file descriptor"
 finish

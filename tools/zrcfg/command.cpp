@@ -35,7 +35,8 @@ constexpr Command kCommands[] = {
      kOutputOptions, run_wan, true},
     {"add", "URL [INDEX]",
      "Creates an instance of a table, with the lowest free number unless INDEX says\n"
-     "another, and prints its URL. A fixed table needs --static and --from.",
+     "another, and prints its URL. A fixed table needs --static and --from; its counter is\n"
+     "left as it is.",
      kStatic | kFrom, run_add, true},
     {"del", "INSTANCE-URL...",
      "Deletes instances with all below them. Instance 0, the template, needs\n"
@@ -67,11 +68,12 @@ constexpr Command kCommands[] = {
      "them, or of the whole store, as it happens, until it is interrupted.",
      kJson, run_watch, false},
     {"snapshot", "FILE [URL]",
-     "Saves the objects of the store, or an object and all below it, byte for byte.", 0,
-     run_snapshot, true},
+     "Saves the objects of the store, or an object and all below it, byte for byte.\n"
+     "FILE may be - for standard output.",
+     0, run_snapshot, true},
     {"restore", "FILE",
      "Brings the store, or the part that was saved, to the state of a snapshot. All of\n"
-     "it is checked before anything is changed.",
+     "it is checked before anything is changed. FILE may be - for standard input.",
      kDryRun, run_restore, true},
     {"diff", "A [B [URL]]",
      "Prints what leads from A to B: stores (directories, or - for the device's own, also\n"
