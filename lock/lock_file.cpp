@@ -113,9 +113,9 @@ bool find_lock_file(const char *obj_path, char *file, LockSearch *search) {
 
 bool still_names(LockFile &lock, int fd) {
   if (lock.wait == Wait::kUnknown) {
-    struct stat status;
-    const bool linked = fstat(fd, &status) == 0 && status.st_nlink != 0;
-    lock.wait = linked ? Wait::kNone : Wait::kSome;
+    struct stat status = {};
+    (void)fstat(fd, &status);  // Without an answer the path is asked.
+    lock.wait = status.st_nlink != 0 ? Wait::kNone : Wait::kSome;
   }
   return lock.wait == Wait::kNone;
 }

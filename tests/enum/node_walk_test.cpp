@@ -4,7 +4,10 @@
 #include <stdlib.h>
 #include <string.h>
 
+#include <chrono>
+#include <filesystem>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "enum/node_info.h"
@@ -200,6 +203,25 @@ TEST_F(NodeWalkTest, LockedObjectAndWhatIsBelowItAreLeftOut) {
   const LockHolder holder("A/B/property.conf", Held::kExclusive);
   EXPECT_THAT(walked("A.", 0), ElementsAre("A.", "A.P", "A.C."));
   EXPECT_THAT(walked("A.", 20), ElementsAre("A.", "A.P", "A.C."));
+}
+
+TEST_F(NodeWalkTest, ObjectMadeAnewDuringTheWaitIsTheOneThatIsListed) {
+  for (const int timeout : {ZRCFG_WAIT_FOREVER, 3000}) {
+    store_tree();
+    LockHolder holder("A/B/property.conf", Held::kExclusive);
+    std::thread other([&] {
+      std::this_thread::sleep_for(std::chrono::milliseconds(50));
+      std::filesystem::remove_all(store_path("A/B"));
+      write_property("A/B/", object_file(0, {{"New", 0}}));
+      write_property("A/B/E/", object_file());
+      holder.release();
+    });
+    const std::vector<std::string> names = walked("A.", timeout);
+    other.join();
+    EXPECT_THAT(names, ElementsAre("A.", "A.P", "A.B.", "A.B.New", "A.B.E.", "A.C.")) << timeout;
+    std::filesystem::remove_all(store_path("A/B"));
+    seal();
+  }
 }
 
 // The listing of the sub-objects takes its lock whatever the time-out says.

@@ -94,6 +94,7 @@ TEST_F(LockCallRefusalsTest, NullDescriptorIsRefusedInEveryLayer) {
   EXPECT_EQ(cfgGetLock("A/property.conf", nullptr, 0, 0), 10u);
   EXPECT_EQ(getLock("A/", nullptr, 0, 0), -1);
   EXPECT_EQ(zrcfg_lockurl("A.", nullptr, 0, 0), kMinusOne);
+  EXPECT_EQ(zrcfg_lockurl(std::string(256, 'u').c_str(), nullptr, 0, 0), 1u);
 }
 
 TEST_F(LockCallRefusalsTest, NullPathsAreRefused) {
