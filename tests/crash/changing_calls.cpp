@@ -198,8 +198,9 @@ std::vector<ChangingCall> value_calls() {
 
 std::vector<ChangingCall> attribute_calls() {
   const std::string file = std::string(kBigDir) + "property.conf";
-  const auto call = [&](const char *name, size_t at, uint32_t (*run)()) -> ChangingCall {
-    return {name, group::kAttributes, file, "", static_cast<long long>(at), "9", run};
+  const auto call = [&](const char *name, size_t at, uint32_t (*run)(),
+                        const char *group = group::kAttributes) -> ChangingCall {
+    return {name, group, file, "", static_cast<long long>(at), "9", run};
   };
   return {
       call("zrcfg_setsingleparamattr", kBorderRecord,
@@ -215,12 +216,14 @@ std::vector<ChangingCall> attribute_calls() {
              return zero_if(
                  zrcfg_singleparamattr_set_ext("Gateway.Big.P130", kAccessList, kList, 0) == 0);
            }),
-      call("zrcfg_setmultiparamattr", kBorderRecord,
-           [] {
-             return with_attr_list([](MultiAttrNode *list) {
-               return zrcfg_setmultiparamattr(kBigUrl, list, ZRCFG_ATTR_SET_ALL, 0);
-             });
-           }),
+      call(
+          "zrcfg_setmultiparamattr", kBorderRecord,
+          [] {
+            return with_attr_list([](MultiAttrNode *list) {
+              return zrcfg_setmultiparamattr(kBigUrl, list, ZRCFG_ATTR_SET_ALL, 0);
+            });
+          },
+          group::kListedAttributes),
       call("zrcfg_setallParamattr", 4 + kHeadBytes,
            [] {
              const ParamAttrChange change = new_change();
@@ -239,14 +242,16 @@ std::vector<ChangingCall> attribute_calls() {
                return setSingleParamAttrByParamName_ext(image, kBorderName, kAccessList, kList);
              });
            }),
-      call("modiMultiParamAttr", kBorderRecord,
-           [] {
-             return on_image([](ZrcfgObject *image) {
-               return with_attr_list([&](MultiAttrNode *list) {
-                 return modiMultiParamAttr(image, list, ZRCFG_ATTR_SET_ALL, 0);
-               });
-             });
-           }),
+      call(
+          "modiMultiParamAttr", kBorderRecord,
+          [] {
+            return on_image([](ZrcfgObject *image) {
+              return with_attr_list([&](MultiAttrNode *list) {
+                return modiMultiParamAttr(image, list, ZRCFG_ATTR_SET_ALL, 0);
+              });
+            });
+          },
+          group::kListedAttributes),
       call("setAllParamAttr", 4 + kHeadBytes,
            [] {
              return on_image([](ZrcfgObject *image) {

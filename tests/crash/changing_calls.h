@@ -17,6 +17,7 @@ namespace group {
 inline constexpr char kValues[] = "set values";  // The section becomes shorter.
 inline constexpr char kLongerValues[] = "set longer values";
 inline constexpr char kAttributes[] = "set attributes";
+inline constexpr char kListedAttributes[] = "set attributes of a list";
 inline constexpr char kObjectAttribute[] = "set an attribute of an object";
 inline constexpr char kCounter[] = "step a counter";
 inline constexpr char kAdd[] = "add an instance";
@@ -37,6 +38,10 @@ struct ChangingCall {
   const char *counter;   // What the counter of the dynamic table stands at before.
   uint32_t (*run)();     // 0 after success.
 };
+
+inline bool sets_attributes(const ChangingCall &call) {
+  return call.group == group::kAttributes || call.group == group::kListedAttributes;
+}
 
 void PrintTo(const ChangingCall &call, std::ostream *out);
 

@@ -71,7 +71,7 @@ std::string state_of_file(const ChangingCall &call, const std::string &old_bytes
   if (is_tail(old_bytes, new_bytes, found)) {
     return "tail";
   }
-  const char *const mixed = call.group == group::kAttributes ? "mixed" : "torn";
+  const char *const mixed = sets_attributes(call) ? "mixed" : "torn";
   return is_beginning_written(old_bytes, new_bytes, found)
              ? mixed
              : state_of_pages(old_bytes, new_bytes, found, mixed);

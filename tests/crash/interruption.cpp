@@ -60,9 +60,10 @@ std::string Moments::name(const Tree &before, const Tree &after) {
   }
   const std::string &path = paths[0];
   if (path == call_.file) {
-    return starts_with(before.at(path), after.at(path))
-               ? "between the write and the truncation of a shorter section"
-               : "in front of the write";
+    if (starts_with(before.at(path), after.at(path))) {
+      return "between the write and the truncation of a shorter section";
+    }
+    return before == first_ ? "in front of the write" : "between two writes";
   }
   if (path == kParentLock) {
     return of_counter(before.at(path), after.at(path));

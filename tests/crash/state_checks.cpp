@@ -226,7 +226,7 @@ void expect_readers_see(const ChangingCall &call, const std::string &state, cons
     } else {
       expect_readable_values();
     }
-  } else if (call.group == group::kAttributes) {
+  } else if (sets_attributes(call)) {
     expect_attributes(state, call);
   } else if (call.group == group::kObjectAttribute) {
     expect_object_attribute(state);
