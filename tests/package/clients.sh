@@ -23,17 +23,20 @@ gcc -std=c11 -Wall -Wextra -pedantic -Werror "$client/client.c" \
 gcc -std=c11 -D_FILE_OFFSET_BITS=64 -I"$STAGE/include" "$client/client.c" -L"$LIBDIR" -lzrcfg \
   -Wl,-rpath-link,"$LIBDIR" -o "$client/by_hand"
 
-# Installed for another prefix than it was configured with, it is found there.
+# Installed for another prefix than it was configured with, it is found there. That build looks for
+# a libuci outside the system's folders nowhere by itself.
+needed=$LIBDIR
+[ -z "${UCI_LIBRARY-}" ] || needed=$LIBDIR:$(dirname "$UCI_LIBRARY")
 cmake --install "$RELEASE_BUILD" --prefix "$client/moved" --component development >"$client/install.log"
 cmake --install "$RELEASE_BUILD" --prefix "$client/moved" --component library >>"$client/install.log"
 cmake -S "$client" -B "$client/build_moved" -G Ninja -DCMAKE_PREFIX_PATH="$client/moved" \
-  -DCMAKE_EXE_LINKER_FLAGS="-Wl,-rpath-link,$LIBDIR"
+  -DCMAKE_EXE_LINKER_FLAGS="-Wl,-rpath-link,$needed"
 cmake --build "$client/build_moved"
 PKG_CONFIG_PATH=$(dirname "$(find "$client/moved" -name zrcfg.pc)")
 gcc -std=c11 -Wall -Wextra -pedantic -Werror "$client/client.c" \
-  $(pkg-config --cflags --libs zrcfg) -Wl,-rpath-link,"$LIBDIR" -o "$client/by_moved_pkg_config"
+  $(pkg-config --cflags --libs zrcfg) -Wl,-rpath-link,"$needed" -o "$client/by_moved_pkg_config"
 
-export LD_LIBRARY_PATH=$LIBDIR
+export LD_LIBRARY_PATH=$needed
 for program in build/client by_pkg_config by_hand build_moved/client by_moved_pkg_config; do
   "$WITH_STORE" --temp "$client/$program"
   echo "$program: works"
