@@ -73,6 +73,8 @@ def property_files():
                                  lines(b"one"))
     yield "filters", file_of([record(b"Name", check=1), record(b"Count", check=9)],
                              lines(b"one", b"2"))
+    yield "filter-of-missing-value", file_of(
+        [record(b"Name"), record(b"Level", check=1), record(b"Text", check=9)], lines(b"one", b"2"))
     yield "table", file_of(two, lines(b"one", b"2"), header(rw=1, limit=12, pnoe=b"OfHeader/Count",
                                                           key=7, count=2))
     yield "table-fixed", file_of([], b"", header(limit=12, pnoe=b"OfHeader/Count"))

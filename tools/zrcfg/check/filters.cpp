@@ -47,18 +47,28 @@ void Filters::compile(Slot &slot, uint32_t number) {
   }
 }
 
-Verdict Filters::judge(uint32_t number, const char *value) {
+const Filters::Slot *Filters::find(uint32_t number) {
   if (number == 0 || !exists_) {
-    return Verdict::kTaken;
+    return nullptr;
   }
   Slot &slot = slots_[number % kKept];
   if (slot.number != number) {
     compile(slot, number);
   }
-  if (slot.verdict != Verdict::kTaken) {
-    return slot.verdict;
+  return &slot;
+}
+
+Verdict Filters::judge(uint32_t number) {
+  const Slot *const slot = find(number);
+  return slot == nullptr ? Verdict::kTaken : slot->verdict;
+}
+
+Verdict Filters::judge(uint32_t number, const char *value) {
+  const Slot *const slot = find(number);
+  if (slot == nullptr || slot->verdict != Verdict::kTaken) {
+    return slot == nullptr ? Verdict::kTaken : slot->verdict;
   }
-  return regexec(&slot.regex, value, 0, nullptr, 0) == 0 ? Verdict::kTaken : Verdict::kRefused;
+  return regexec(&slot->regex, value, 0, nullptr, 0) == 0 ? Verdict::kTaken : Verdict::kRefused;
 }
 
 }  // namespace zrcfg_tool

@@ -23,6 +23,8 @@ class Filters {
   Filters(const Filters &) = delete;
   Filters &operator=(const Filters &) = delete;
 
+  // The filter itself: kTaken when values can be judged, or need not be.
+  Verdict judge(uint32_t number);
   Verdict judge(uint32_t number, const char *value);
 
  private:
@@ -35,6 +37,8 @@ class Filters {
   };
 
   void compile(Slot &slot, uint32_t number);
+  // The compiled slot; null when nothing is judged.
+  const Slot *find(uint32_t number);
 
   bool exists_;
   bool readable_;

@@ -39,6 +39,19 @@ void find_line_problems(Check &check, const ObjectPlace &place, const StoredObje
   }
 }
 
+void find_filter_problem(Check &check, const ObjectPlace &place, const ParamRecord &record) {
+  const ParameterPath path(place, record);
+  const uint32_t filter = record.param_check.get();
+  const Verdict verdict = check.filters.judge(filter);
+  if (verdict == Verdict::kNoFilter) {
+    check.findings.add(Problem::kFilterMissing, path.text,
+                       "/var/regex_file has no filter %" PRIu32, filter);
+  } else if (verdict == Verdict::kBadPattern) {
+    check.findings.add(Problem::kFilterInvalid, path.text,
+                       "filter %" PRIu32 " is no regular expression", filter);
+  }
+}
+
 void find_value_problem(Check &check, const ObjectPlace &place, const ParamRecord &record,
                         const zrcfg::ValueLine &line) {
   const ParameterPath path(place, record);
@@ -50,21 +63,9 @@ void find_value_problem(Check &check, const ObjectPlace &place, const ParamRecor
   char value[zrcfg::kValueSlotSize];
   line.copy_value(value);
   const uint32_t filter = record.param_check.get();
-  switch (check.filters.judge(filter, value)) {
-    case Verdict::kTaken:
-      break;
-    case Verdict::kRefused:
-      check.findings.add(Problem::kValueRefused, path.text,
-                         "filter %" PRIu32 " does not take the value '%s'", filter, value);
-      break;
-    case Verdict::kNoFilter:
-      check.findings.add(Problem::kFilterMissing, path.text,
-                         "/var/regex_file has no filter %" PRIu32, filter);
-      break;
-    case Verdict::kBadPattern:
-      check.findings.add(Problem::kFilterInvalid, path.text,
-                         "filter %" PRIu32 " is no regular expression", filter);
-      break;
+  if (check.filters.judge(filter, value) == Verdict::kRefused) {
+    check.findings.add(Problem::kValueRefused, path.text,
+                       "filter %" PRIu32 " does not take the value '%s'", filter, value);
   }
 }
 
@@ -76,12 +77,14 @@ void find_value_problems(Check &check, const ObjectPlace &place, const StoredObj
   // Around an empty line or a zero byte nobody knows which value is whose.
   const bool zero_inside =
       (lines.damage & zrcfg_store::kZeroByte) != 0 && (lines.damage & zrcfg_store::kZeroTail) == 0;
-  if (zero_inside || (lines.damage & zrcfg_store::kEmptyLine) != 0) {
-    return;
-  }
+  const bool known = !zero_inside && (lines.damage & zrcfg_store::kEmptyLine) == 0;
   zrcfg::ValueLines values(object.section());
-  for (uint32_t i = 0; i < lines.values; ++i) {
-    find_value_problem(check, place, object.records()[i], values.next());
+  for (uint32_t i = 0; i < object.record_count(); ++i) {
+    const ParamRecord &record = object.records()[i];
+    find_filter_problem(check, place, record);
+    if (known && i < lines.values) {
+      find_value_problem(check, place, record, values.next());
+    }
   }
 }
 
