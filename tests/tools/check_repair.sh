@@ -153,6 +153,12 @@ leaves "missing lines whose first value is refused" "R.Single.: lines-missing" r
 remains() { half && counter_of 3; }
 leaves "an instance that is counted" "R.Table.3.Sub.: object-missing" remains
 two_ways() { half && cp -r /var/R/Table/0 /var/R/Table/4; }
+same_counter() { poke_text R/Table 76 'R/FixedNumberOfEntries'; }
+leaves "the counter of two tables" "R.FixedNumberOfEntries: counter-wrong" same_counter
+neither_fits() { same_counter; poke R/property.conf 566 7; }
+leaves "which fits neither of them" \
+  "R.FixedNumberOfEntries: counter-wrong,R.FixedNumberOfEntries: counter-wrong" neither_fits
+expect "in words" "$(grep -o '(not .*' /var/out | sort -u)" "(not repaired: another table has the same counter)"
 leaves "one half copied, one whole" "R.TableNumberOfEntries: counter-wrong,R.Table.3.Sub.: object-missing" two_ways
 fixed_half() { mkdir /var/R/Fixed/0; cp /var/R/Fixed/1/property.conf /var/R/Fixed/0; rm /var/R/Fixed/1/property.conf; }
 leaves "an instance of a fixed table" "R.Fixed.1.: file-missing" fixed_half
@@ -182,6 +188,14 @@ for finding in json.load(open("/var/out")):
 expect "as JSON" "$seen/$status" "lines-missing True,instance-incomplete True,stray-file False,/1"
 expect "changed" "$(changed_files /var/before)" "/var/R/Single,/var/R/Table/3"
 finds "what is left" "/var/R/Table/1/stray: stray-file" 1
+reset_store
+truncate -s 564 $single
+poke_record R/Single 2 119 '\xff'
+files >/var/before
+run check --repair
+expect "a filter that is not there" "$(findings)/$err/$status/$(changed_files /var/before)" \
+  "R.Single.: lines-missing,R.Single.Third: filter-missing//1//var/R/Single"
+finds "what is left" "R.Single.Third: filter-missing" 1
 reset_store
 truncate -s 564 $single
 counter_of 7

@@ -160,6 +160,27 @@ bool differs(Check &check, const ObjectPlace &table, Counter &counter, Look &see
   return false;
 }
 
+// Whether the counter is that of another table too: there may be no number that is right for both.
+bool is_shared(int root_fd, const ObjectPlace &table, const Counter &counter) {
+  zrcfg_store::DirectoryNames names(root_fd, counter.parent.path);
+  for (const zrcfg_store::Entry *entry = names.next(); entry != nullptr; entry = names.next()) {
+    ObjectPlace other = counter.parent;
+    if (entry->kind != zrcfg_store::EntryKind::kDirectory || !other.enter(entry->name) ||
+        strcmp(other.url, table.url) == 0) {
+      continue;
+    }
+    char path[zrcfg::kFilePathSize];
+    property_path(other, path);
+    StoredObject object;
+    Counter its;
+    if (object.load(root_fd, path) && (object.damage() & zrcfg_store::kShortFile) == 0 &&
+        locate_counter(other, object.header(), its) && strcmp(its.path, counter.path) == 0) {
+      return true;
+    }
+  }
+  return false;
+}
+
 // Sets the counter, unless it has changed since it was looked at.
 void repair_counter(Check &check, const Counter &counter, uint32_t instances) {
   Findings &findings = check.findings;
@@ -195,6 +216,8 @@ void report_counter(Check &check, const ObjectPlace &table, const Counter &count
   }
   if (half_copied > 0) {
     findings.not_repaired(Problem::kCounterWrong, "some instances are half copied");
+  } else if (is_shared(check.root_fd, table, counter)) {
+    findings.not_repaired(Problem::kCounterWrong, "another table has the same counter");
   } else {
     repair_counter(check, counter, look.instances);
   }
