@@ -25,9 +25,15 @@ struct Compiled {
   Compiled &operator=(const Compiled &) = delete;
 };
 
-// Compiled expressions are kept, because a document uses few of them many times.
+constexpr size_t kKept = 256;
+
+// Compiled expressions are kept, because a document uses few of them many times. What libc learns
+// while it matches stays with them, so that too many of them are forgotten.
 const Compiled &compiled(const std::string &text) {
   static std::map<std::string, std::unique_ptr<Compiled>> cache;
+  if (cache.size() >= kKept && cache.count(text) == 0) {
+    cache.clear();
+  }
   std::unique_ptr<Compiled> &entry = cache[text];
   if (!entry) {
     entry = std::make_unique<Compiled>(text);
