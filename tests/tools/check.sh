@@ -63,14 +63,13 @@ damage "of 255 characters" "R.Single.Second: filter-missing" \
 damage "a value that its filter refuses" "R.Single.First: value-refused" poke R/Single/property.conf 560 1
 damage "a filter that is not there" "R.Single.Third: filter-missing" poke_record R/Single 2 116 '\xff\xff\xff\xff'
 filter_without_value() { truncate -s 564 $single; poke_record R/Single 2 119 "\\x$1"; }
-damage "of a value that is missing" "R.Single.: lines-missing,R.Single.Third: filter-missing" \
+damage "a filter that is not there, and no value" "R.Single.: lines-missing,R.Single.Third: filter-missing" \
   filter_without_value ff
 damage "a filter that is no expression" "R.Single.Third: filter-invalid" poke_record R/Single 2 119 '\x02'
+damage "and no value" "R.Single.: lines-missing,R.Single.Third: filter-invalid" filter_without_value 02
 damage "no filters at all" "R.Single.First: filter-missing" truncate -s 0 /var/regex_file
-damage "of a value that is missing" "R.Single.: lines-missing,R.Single.Third: filter-invalid" \
-  filter_without_value 02
 filter_beside_empty_line() { poke R/Single/property.conf 564 '\n\n'; poke_record R/Single 2 119 '\xff'; }
-damage "values that nobody can tell apart" \
+damage "beside values that nobody can tell apart" \
   "R.Single.: lines-missing,R.Single.: line-empty,R.Single.Third: filter-missing" filter_beside_empty_line
 another_filter() {
   printf "config filter 'filter129'\n\toption value '^[0-9]*\$'\n" >>/var/regex_file

@@ -119,6 +119,10 @@ repairs "a counter whose line is missing" "R.: lines-missing,R.TableNumberOfEntr
    rm -r /var/R/Fixed/1'
 expect "its value" "$(values_of R.TableNumberOfEntries R.FixedNumberOfEntries)" "2,0"
 
+numbered_sibling() { make_object R/7; poke_text R/7 76 'R/TableNumberOfEntries'; counter_of 3; }
+repairs "a counter that an instance names, which is no table" "R.TableNumberOfEntries: counter-wrong" "/var/R" \
+  numbered_sibling
+
 # Half-copied instances go; the number is free again.
 half() { mkdir /var/R/Table/3 && cp /var/R/Table/0/property.conf /var/R/Table/3; }
 repairs "a half-copied instance" "R.Table.3.: instance-incomplete" "/var/R/Table/3" half
@@ -152,13 +156,13 @@ refused_value() { truncate -s 560 $single; poke_record R/Single 0 0 '\x05'; }
 leaves "missing lines whose first value is refused" "R.Single.: lines-missing" refused_value
 remains() { half && counter_of 3; }
 leaves "an instance that is counted" "R.Table.3.Sub.: object-missing" remains
-two_ways() { half && cp -r /var/R/Table/0 /var/R/Table/4; }
 same_counter() { poke_text R/Table 76 'R/FixedNumberOfEntries'; }
 leaves "the counter of two tables" "R.FixedNumberOfEntries: counter-wrong" same_counter
 neither_fits() { same_counter; poke R/property.conf 566 7; }
 leaves "which fits neither of them" \
   "R.FixedNumberOfEntries: counter-wrong,R.FixedNumberOfEntries: counter-wrong" neither_fits
 expect "in words" "$(grep -o '(not .*' /var/out | sort -u)" "(not repaired: another table has the same counter)"
+two_ways() { half && cp -r /var/R/Table/0 /var/R/Table/4; }
 leaves "one half copied, one whole" "R.TableNumberOfEntries: counter-wrong,R.Table.3.Sub.: object-missing" two_ways
 fixed_half() { mkdir /var/R/Fixed/0; cp /var/R/Fixed/1/property.conf /var/R/Fixed/0; rm /var/R/Fixed/1/property.conf; }
 leaves "an instance of a fixed table" "R.Fixed.1.: file-missing" fixed_half

@@ -166,7 +166,7 @@ bool is_shared(int root_fd, const ObjectPlace &table, const Counter &counter) {
   for (const zrcfg_store::Entry *entry = names.next(); entry != nullptr; entry = names.next()) {
     ObjectPlace other = counter.parent;
     if (entry->kind != zrcfg_store::EntryKind::kDirectory || !other.enter(entry->name) ||
-        strcmp(other.url, table.url) == 0) {
+        other.is_instance() || strcmp(other.url, table.url) == 0) {
       continue;
     }
     char path[zrcfg::kFilePathSize];

@@ -65,8 +65,11 @@ Verdict Filters::judge(uint32_t number) {
 
 Verdict Filters::judge(uint32_t number, const char *value) {
   const Slot *const slot = find(number);
-  if (slot == nullptr || slot->verdict != Verdict::kTaken) {
-    return slot == nullptr ? Verdict::kTaken : slot->verdict;
+  if (slot == nullptr) {
+    return Verdict::kTaken;
+  }
+  if (slot->verdict != Verdict::kTaken) {
+    return slot->verdict;
   }
   return regexec(&slot->regex, value, 0, nullptr, 0) == 0 ? Verdict::kTaken : Verdict::kRefused;
 }

@@ -37,7 +37,7 @@ class Filters {
   };
 
   void compile(Slot &slot, uint32_t number);
-  // The compiled slot; null when nothing is judged.
+  // The filter's slot, compiled; null when it takes every value.
   const Slot *find(uint32_t number);
 
   bool exists_;
